@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vantor::boxsim {
+
+/// What goes wrong, where, how often and after how many.
+struct Fault {
+    enum class Kind {
+        dropByte,       ///< a byte is lost
+        repeatByte,     ///< a byte comes twice
+        flipBit,        ///< one bit of a byte is inverted
+        insertByte,     ///< a stray byte comes before a byte
+        delayByte,      ///< a byte (and what follows) comes `value` ms late
+        stall,          ///< nothing more comes, for ever
+        cutLine,        ///< the rest of a line, its end included, is lost
+        previousReply,  ///< the reply to the command before is sent instead
+        lostAck,        ///< a "Z" acknowledgement is not sent
+        stuckCell,      ///< PROM cell `value` keeps its content
+        silentBox,      ///< no command is answered
+        unplug,         ///< the port reports an error
+        batteryLow,     ///< a battery warning comes in between
+    };
+    enum class Where { fromBox, fromPc };
+
+    Kind kind = Kind::dropByte;
+    Where where = Where::fromBox;  ///< for the byte faults
+    int after = 0;  ///< bytes (or lines, acknowledgements, commands) let through first
+    int times = 1;  ///< how often; -1 = always
+    int value = 0;  ///< ms, cell or bit, as the kind says
+};
+
+}  // namespace vantor::boxsim

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <string_view>
+
+#include "catalogue/ErrorReporter.h"
+#include "catalogue/SessionState.h"
+#include "platform/EventLoop.h"
+#include "platform/Prompts.h"
+#include "platform/SerialPort.h"
+
+namespace vantor {
+
+/// Owns the one serial port, the ticks and every wait. Received bytes are only queued when they
+/// come; the waits and an idle timer drain the queue, byte by byte, into the byte handler.
+class ProgrammerLink {
+  public:
+    /// Handles one received byte in the mode, maker and model of this moment.
+    using ByteHandler = std::function<void(std::uint8_t)>;
+
+    ProgrammerLink(SessionState& state, EventLoop& loop, SerialPort& port, Prompts& prompts,
+                   ErrorReporter& errors);
+    ~ProgrammerLink();
+    ProgrammerLink(const ProgrammerLink&) = delete;
+    ProgrammerLink& operator=(const ProgrammerLink&) = delete;
+
+    void setByteHandler(ByteHandler handler) { handler_ = std::move(handler); }
+    /// What the 100 ms tick does when the coin display hold has run out.
+    void setCoinDisplayReset(std::function<void()> reset) { coinDisplayReset_ = std::move(reset); }
+
+    /// Timer1 (20 ms) and Timer2 (100 ms), from start-up to exit.
+    void startTicks();
+    /// Timer3, the keep-alive of some CC mechs (1000 ms); off at start.
+    void setKeepAlive(bool on);
+
+    // --- the port
+
+    /// Opens `portNumber` (1..30) unless a port is open; false when it cannot be opened.
+    bool openPort(int portNumber);
+    /// Start of every main-window action: opens `state.link.portNumber` if needed, 100 ms break, 25
+    /// ESC. A port that cannot be opened is told and ends the program (throws ProgramEnded).
+    void startupPort();
+    /// Break, 25 ESC, "_".
+    void resetBox();
+    void closePort();
+
+    // --- sending
+
+    void sendString(std::string_view bytes);
+    /// Clears `replyFlag`, sends, waits up to 800 ms for a text line of any kind.
+    void sendAndWait(std::string_view bytes);
+    void sendJ() { sendString("J"); }
+    void sendW() { sendString("W"); }
+    /// ESC, `count` times, each its own send.
+    void sendEscapes(int count);
+    /// Holds the line in break for `ms`.
+    void sendBreak(int ms);
+    /// Discards everything received that was not yet handled.
+    void flushInput();
+
+    // --- waiting: the only places that pump the event loop
+
+    /// Waits up to `ms` for `done`; true when it holds. Throws ProgramEnded when the program ends.
+    bool waitFor(int ms, const std::function<bool()>& done);
+    bool waitFor(int ms, const bool& flag) {
+        return waitFor(ms, [&flag] { return flag; });
+    }
+    /// Waits out `ms` milliseconds on the reply counter.
+    void waitOut(int ms);
+    /// Waits as long as it takes (a coin to drop, a configuration to be saved).
+    void waitUntil(const std::function<bool()>& done);
+    /// About `ms` milliseconds on the 20 ms tick: at least 10, rounded down to a multiple of 10.
+    void waitTicks(int ms);
+
+    /// Asks the program to end: the innermost wait throws.
+    void endProgram() { state_.link.ending = true; }
+    [[noreturn]] void endProgramNow();
+
+    [[nodiscard]] EventLoop& loop() { return loop_; }
+
+  private:
+    void received(std::span<const std::uint8_t> bytes);
+    void drain();
+    void idleDrain();
+    void armIdleDrain();
+    void pumpOnce();
+    void portFailed(const std::string& reason);
+    void tick20();
+    void tick100();
+    void tick1000();
+    void resetReceiver();
+
+    SessionState& state_;
+    EventLoop& loop_;
+    SerialPort& port_;
+    Prompts& prompts_;
+    ErrorReporter& errors_;
+    ByteHandler handler_;
+    std::function<void()> coinDisplayReset_;
+    std::deque<std::uint8_t> queue_;
+    RepeatingTimer timer1_, timer2_, timer3_;
+    EventLoop::TimerId idleDrainId_ = 0;
+    int waitDepth_ = 0;
+    int drainDepth_ = 0;
+    long long ticks_ = 0;
+};
+
+}  // namespace vantor
