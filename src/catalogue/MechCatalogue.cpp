@@ -148,7 +148,8 @@ constexpr std::array kModels = {
               .segmentCount = 2,
               .serialForm = SerialForm::nriText,
               .tubeOrder = true,
-              .binaryOutput = true},
+              .binaryOutput = true,
+              .g40Variants = true},
 };
 
 }  // namespace
@@ -176,6 +177,12 @@ std::vector<std::string_view> listedModels(std::string_view maker) {
 
 int preselectedModel(std::string_view maker) {
     return maker == kMars ? 1 : 0;
+}
+
+bool keepsLetterOrder(std::string_view variant) {
+    return std::any_of(kG40Variants.begin(), kG40Variants.end(), [&](const G40Variant& row) {
+        return row.letterOrder && row.code == variant;
+    });
 }
 
 void applyMechType(MechSelection& selection, const MessageTable& messages) {

@@ -44,6 +44,7 @@ struct MechModel {
     bool binaryOutput = false;  ///< coded outputs: an "X" event is one position
     bool coinPause = false;     ///< after a coin the box wants C01, 50 ms, C00
     bool keepAlive = false;     ///< coin data requests must be repeated while no coin falls
+    bool g40Variants = false;   ///< the validator test offers the variants of kG40Variants
 };
 
 /// All models in list order, maker by maker.
@@ -58,9 +59,19 @@ struct MechModel {
 /// 0-based entry of `listedModels` that is shown first.
 [[nodiscard]] int preselectedModel(std::string_view maker);
 
-/// Variants of the G40-0000 for the validator test, in list order.
-inline constexpr std::array<std::string_view, 5> kG40Variants = {"G40-x0xx", "G40-x3xx", "G40-x4xx",
-                                                                 "G40-x5xx", "G40-x6xx"};
+/// A variant of the G40-0000 for the validator test.
+struct G40Variant {
+    std::string_view code;
+    bool letterOrder =
+        false;  ///< coin letters come in the order of the positions, not of the tubes
+};
+
+/// In list order.
+inline constexpr std::array<G40Variant, 5> kG40Variants = {
+    {{"G40-x0xx"}, {"G40-x3xx", true}, {"G40-x4xx", true}, {"G40-x5xx"}, {"G40-x6xx"}}};
+
+/// Whether a variant code names one whose letters come in the order of the positions.
+[[nodiscard]] bool keepsLetterOrder(std::string_view variant);
 
 /// The attributes of the selected model.
 struct MechTypeInfo {

@@ -27,6 +27,8 @@ class ProgrammerLink {
     ProgrammerLink& operator=(const ProgrammerLink&) = delete;
 
     void setByteHandler(ByteHandler handler) { handler_ = std::move(handler); }
+    /// Called when the program's end was met outside every action (the idle drain).
+    void setEndedHandler(std::function<void()> ended) { ended_ = std::move(ended); }
     /// What the 100 ms tick does when the coin display hold has run out.
     void setCoinDisplayReset(std::function<void()> reset) { coinDisplayReset_ = std::move(reset); }
 
@@ -76,12 +78,19 @@ class ProgrammerLink {
 
     /// Asks the program to end: the innermost wait throws.
     void endProgram() { state_.link.ending = true; }
+    /// The same from inside a flow, which unwinds at once.
     [[noreturn]] void endProgramNow();
+    /// A flow is waiting.
+    [[nodiscard]] bool waiting() const { return waitDepth_ > 0; }
 
     [[nodiscard]] EventLoop& loop() { return loop_; }
 
   private:
+    class CounterScope;
+
     void received(std::span<const std::uint8_t> bytes);
+    bool transmit(std::string_view bytes);
+    void countDown(int& counter, int ms, const std::function<bool()>& done);
     void drain();
     void idleDrain();
     void armIdleDrain();
@@ -98,12 +107,13 @@ class ProgrammerLink {
     Prompts& prompts_;
     ErrorReporter& errors_;
     ByteHandler handler_;
+    std::function<void()> ended_;
     std::function<void()> coinDisplayReset_;
     std::deque<std::uint8_t> queue_;
     RepeatingTimer timer1_, timer2_, timer3_;
     EventLoop::TimerId idleDrainId_ = 0;
+    EventLoop::TimerId closeId_ = 0;
     int waitDepth_ = 0;
-    int drainDepth_ = 0;
     long long ticks_ = 0;
 };
 

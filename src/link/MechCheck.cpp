@@ -1,0 +1,95 @@
+#include "link/MechCheck.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int kEscapes = 25;
+constexpr int kStatusMs = 500;
+constexpr int kSerialModeAttempts = 5;
+constexpr int kModeMs = 500;
+constexpr int kLeaveBreakMs = 150;
+constexpr int kLeaveEscapes = 20;
+
+}  // namespace
+
+bool MechCheck::checkMech(bool detect) {
+    bool goOn = false;
+    errors_.attempt(126, [&] { goOn = runCheck(detect); });
+    return goOn;
+}
+
+bool MechCheck::runCheck(bool detect) {
+    MechFamily* family = families_.current();
+    link_.sendEscapes(kEscapes);
+    link_.sendAndWait("M");
+    link_.sendJ();
+    if (family != nullptr) family->beforeStatus();
+    state_.box.statusReceived = false;
+    link_.sendAndWait("S");
+    link_.waitFor(kStatusMs, state_.box.statusReceived);
+    if (family != nullptr) family->afterStatus(detect);
+
+    if (!state_.box.statusReceived) {
+        const Answer answer = prompts_.ask({.title = state_.msgText(123),
+                                            .text = state_.msgText(122),
+                                            .icon = PromptIcon::critical,
+                                            .buttons = PromptButtons::okCancel});
+        if (answer == Answer::cancel) link_.endProgramNow();
+        return false;
+    }
+    if (!detect) return true;
+    if (family != nullptr) family->probeMech();
+    if (!state_.box.mechPresent) {
+        prompts_.ask({.title = state_.msgText(125),
+                      .text = state_.msgText(124),
+                      .icon = PromptIcon::critical});
+        return false;
+    }
+    return true;
+}
+
+bool MechCheck::probeBox() {
+    // Each step on its own: a failure is told and the probe goes on.
+    const auto step = [this](auto&& action) { errors_.attempt(126, action); };
+    step([this] { link_.sendEscapes(kEscapes); });
+    step([this] { link_.sendAndWait("_"); });
+    step([this] { link_.sendJ(); });
+    step([this] { link_.sendAndWait("M"); });
+    step([this] { link_.sendJ(); });
+    state_.box.statusReceived = false;
+    step([this] { link_.sendAndWait(""); });
+    step([this] { link_.sendAndWait("S"); });
+    step([this] { link_.waitFor(kStatusMs, state_.box.statusReceived); });
+    state_.link.boxFound = state_.box.statusReceived;
+    return state_.link.boxFound;
+}
+
+bool MechCheck::enterSerialMode(std::string_view modeCommand) {
+    for (int attempt = 0; attempt < kSerialModeAttempts; ++attempt) {
+        link_.sendEscapes(kEscapes);
+        link_.sendString(modeCommand);
+        if (link_.waitFor(kModeMs, state_.box.serialModeFlag)) return true;
+    }
+    prompts_.ask(
+        {.title = state_.msgText(301), .text = state_.msgText(300), .icon = PromptIcon::critical});
+    return false;
+}
+
+void MechCheck::leaveSerialMode() {
+    state_.box.commandModeFlag = false;
+    state_.box.serialModeFlag = false;
+    state_.link.frameCount = 0;
+    state_.link.lineBuffer.clear();
+    link_.flushInput();
+    link_.sendBreak(kLeaveBreakMs);
+    link_.waitFor(kModeMs, state_.box.commandModeFlag);
+    link_.sendEscapes(kLeaveEscapes);
+    // The box answers the ESC characters, not the break, so it is given time to.
+    if (link_.waitFor(kModeMs, state_.box.commandModeFlag)) return;
+    if (checkMech(false)) return;
+    prompts_.ask(
+        {.title = state_.msgText(301), .text = state_.msgText(302), .icon = PromptIcon::critical});
+}
+
+}  // namespace vantor
