@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include "LinkWorld.h"
+
+namespace vantor {
+namespace {
+
+using test::escapes;
+using test::LinkWorld;
+
+constexpr const char* kPresent = "C00030 00020 00150 00100 00 V1.95\r";
+constexpr const char* kAbsent = "N00030 00020 00150 00100 00 V1.95\r";
+
+TEST(MechCheck, WithoutAMakerItOnlyAsksTheBox) {
+    LinkWorld world;
+    world.port.answer("S", kAbsent);
+    EXPECT_TRUE(world.check.checkMech(false));
+    EXPECT_EQ(world.port.sent, escapes(25) + "MJS");
+    EXPECT_FALSE(world.check.checkMech(true));
+    EXPECT_EQ(world.prompts.asked.back().text, "Validator NOT DETECTED");
+    EXPECT_EQ(world.prompts.asked.back().title, "Validator Check");
+}
+
+TEST(MechCheck, ASilentBoxLeavesTheChoiceBetweenGoingBackAndEnding) {
+    LinkWorld world;
+    world.prompts.expect("No Response from Programmer Box", Answer::ok);
+    EXPECT_FALSE(world.check.checkMech(true));
+    EXPECT_FALSE(world.state.link.ending);
+    world.prompts.expect("No Response from Programmer Box", Answer::cancel);
+    EXPECT_THROW((void)world.check.checkMech(true), ProgramEnded);
+    EXPECT_TRUE(world.state.link.ending);
+}
+
+TEST(MechCheck, TheProbeFindsABoxThatAnswersItsStatus) {
+    LinkWorld world;
+    EXPECT_FALSE(world.check.probeBox());
+    world.port.sent.clear();
+    world.port.answer("S", kPresent);
+    EXPECT_TRUE(world.check.probeBox());
+    EXPECT_TRUE(world.state.link.boxFound);
+    EXPECT_EQ(world.port.sent, escapes(25) + "_JMJS");
+}
+
+TEST(MechCheck, SerialModeIsTriedFiveTimes) {
+    LinkWorld world;
+    EXPECT_FALSE(world.check.enterSerialMode("$05"));
+    std::string five;
+    for (int i = 0; i < 5; ++i) five += escapes(25) + "$05";
+    EXPECT_EQ(world.port.sent, five);
+    EXPECT_EQ(world.prompts.asked.back().text, "Serial Mode Not Set-up");
+    world.port.answer("$05", "*S\r");
+    world.port.sent.clear();
+    EXPECT_TRUE(world.check.enterSerialMode("$05"));
+    EXPECT_EQ(world.port.sent, escapes(25) + "$05");
+}
+
+TEST(MechCheck, LeavingSerialModeWaitsForTheBoxAfterTheEscapes) {
+    LinkWorld world;
+    world.select(kCoinControls, "C120");
+    world.state.box.serialModeFlag = true;
+    world.state.link.frameCount = 3;
+    world.port.receive("*R\r", 760);
+    world.check.leaveSerialMode();
+    EXPECT_EQ(world.port.sent, "<break></break>" + escapes(20));
+    EXPECT_EQ(world.state.link.frameCount, 0);
+    EXPECT_TRUE(world.prompts.asked.empty());
+}
+
+TEST(MechCheck, ABoxStuckInSerialModeIsToldAfterTheCheckFailed) {
+    LinkWorld world;
+    world.state.box.serialModeFlag = true;
+    world.prompts.expect("No Response", Answer::ok);
+    world.check.leaveSerialMode();
+    EXPECT_EQ(world.prompts.asked.back().text, "Stuck in Serial Comms Mode");
+}
+
+}  // namespace
+}  // namespace vantor
