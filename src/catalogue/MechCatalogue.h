@@ -44,7 +44,10 @@ struct MechModel {
     bool binaryOutput = false;  ///< coded outputs: an "X" event is one position
     bool coinPause = false;     ///< after a coin the box wants C01, 50 ms, C00
     bool keepAlive = false;     ///< coin data requests must be repeated while no coin falls
-    bool g40Variants = false;   ///< the validator test offers the variants of kG40Variants
+    /// Parameter (from 1) that is judged upwards only: its limits are always 0 and its highest
+    /// reading plus 10, whatever the limit source says; 0 = none.
+    int upwardsOnlyParameter = 0;
+    bool g40Variants = false;  ///< the validator test offers the variants of kG40Variants
 };
 
 /// All models in list order, maker by maker.

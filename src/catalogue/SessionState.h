@@ -89,10 +89,12 @@ struct GatherState {
 /// of the others has.
 enum class LimitSource { threeSd, twoSd, mean, low, high, fixed, reference, unknown };
 
-/// The source of one limit; `reference` is the reference channel for LimitSource::reference.
+/// The source of one limit; `reference` is the reference channel for LimitSource::reference and
+/// `referenceCode` that channel as the coinset wrote it.
 struct LimitOrigin {
     LimitSource source = LimitSource::twoSd;
     int reference = 0;
+    std::string referenceCode;
 };
 
 /// measure/: the item being measured. Limit index i runs 1..2n: 2p - 1 low, 2p high of parameter p.

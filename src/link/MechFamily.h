@@ -78,6 +78,10 @@ class MechFamily {
 
     // --- memory
 
+    /// Before a run with the clone box ticked: programs the mech from a saved memory file that the
+    /// technician picks. False ends the run; the reason was told. Families whose box means
+    /// something else have nothing to do.
+    virtual bool programmeFromFile() { return true; }
     /// Clears the old image and reads the mech's memory into it. True when it was read whole
     /// (`images.oldComplete` says the same); a failure was told.
     virtual bool readMemory() = 0;
