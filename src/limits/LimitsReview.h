@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
+#include "limits/Estimate.h"
 #include "limits/LimitsDisplay.h"
 #include "link/MechFamily.h"
 #include "link/ProgrammerLink.h"
@@ -38,11 +40,17 @@ class LimitsReview {
     [[nodiscard]] int firstChannel() const;
 
   private:
+    [[nodiscard]] SegmentView viewFrom(int firstChannel) const;
+    [[nodiscard]] LimitsLayout layoutOf(const MechFamily& family) const;
+    void chooseSelectedSegments(const MechFamily& family, LimitsLayout& layout) const;
+    [[nodiscard]] std::string rowHead(int captionMessage, int segment, int row) const;
+    void showSegment(int segment);
     void fillBoxes();
+    void storeBoxes();
     void rejudge();
+    bool takesPendingEdits();
 
     SessionState& state_;
-    ProgrammerLink& link_;
     const Families& families_;
     Prompts& prompts_;
     ErrorReporter& errors_;
