@@ -38,8 +38,8 @@ NextCommand StreamSource::next() {
 
 bool StreamSource::waitForLine(std::chrono::milliseconds limit) {
     std::unique_lock guard(shared_->lock);
-    return shared_->arrived.wait_for(
-        guard, limit, [this] { return !shared_->lines.empty() || shared_->ended; });
+    return shared_->arrived.wait_for(guard, limit,
+                                     [this] { return !shared_->lines.empty() || shared_->ended; });
 }
 
 }  // namespace vantor::player

@@ -120,8 +120,8 @@ Target findTarget(std::string_view name) {
     for (QWidget* child : window->findChildren<QWidget*>(fromScript(controlName))) {
         if (isOwnControl(child, window)) return {child, {}};
     }
-    return {nullptr,
-            "the window " + std::string(windowName) + " has no control " + std::string(controlName)};
+    return {nullptr, "the window " + std::string(windowName) + " has no control " +
+                         std::string(controlName)};
 }
 
 QString textOf(const QWidget* widget) {
@@ -170,7 +170,8 @@ QColor colourOf(const QWidget* widget) {
     const auto background = backgroundRole(widget);
     const bool painted = background == QPalette::Base || background == QPalette::Button ||
                          widget->autoFillBackground() || widget->isWindow();
-    const auto foreground = background == QPalette::Base ? QPalette::Text : widget->foregroundRole();
+    const auto foreground =
+        background == QPalette::Base ? QPalette::Text : widget->foregroundRole();
     const bool own = painted && palette.isBrushSet(QPalette::Active, background);
     const bool ownText = palette.isBrushSet(QPalette::Active, foreground);
     const bool label = qobject_cast<const QLabel*>(widget) != nullptr && !painted;
@@ -198,7 +199,8 @@ std::vector<std::string> describeAll(QWidget* window) {
     }
     const std::string windowName = window->objectName().toStdString();
     std::vector<std::string> lines = {describe(window, windowName)};
-    for (const auto& [name, child] : byName) lines.push_back(describe(child, windowName + '.' + name));
+    for (const auto& [name, child] : byName)
+        lines.push_back(describe(child, windowName + '.' + name));
     return lines;
 }
 
@@ -294,7 +296,8 @@ QWidget* windowInFront() {
         const bool box = qobject_cast<const QMessageBox*>(window) != nullptr;
         const bool bench = window->objectName() == QLatin1String("frmBench");
         return std::tuple(window == QApplication::activeModalWidget(), box, !bench,
-                          window == QApplication::activeWindow(), window->width() * window->height());
+                          window == QApplication::activeWindow(),
+                          window->width() * window->height());
     };
     for (QWidget* window : QApplication::topLevelWidgets()) {
         const bool candidate = window->isVisible() && window->windowType() != Qt::Popup &&

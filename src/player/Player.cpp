@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QWidget>
 #include <cstdio>
 
 #include "platform/qt/QtText.h"
@@ -37,8 +38,10 @@ bool leavesBoxesAlone(Verb verb) {
         case Verb::sleep:
         case Verb::awaitPrompt:
         case Verb::answer:
-        case Verb::file: return true;
-        default: return false;
+        case Verb::file:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -49,8 +52,10 @@ bool mindsTheStartUp(Verb verb) {
         case Verb::awaitVisible:
         case Verb::awaitIdle:
         case Verb::awaitPrompt:
-        case Verb::sleep: return true;
-        default: return false;
+        case Verb::sleep:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -138,7 +143,8 @@ void Player::execute(const Command& command) {
         case Verb::awaitVisible:
         case Verb::awaitIdle:
         case Verb::awaitPrompt:
-        case Verb::sleep: return wait(command);
+        case Verb::sleep:
+            return wait(command);
         case Verb::answer: {
             const Problem problem =
                 prompts_.answer(answerNamed(command.words.at(0)), command.words.at(1));
@@ -148,9 +154,12 @@ void Player::execute(const Command& command) {
             passed(command);
             if (command.words.at(0) == "cancel") return prompts_.chooseFile(std::nullopt);
             return prompts_.chooseFile(pathFromQt(QString::fromStdString(command.words.at(0))));
-        case Verb::shot: return shoot(command);
-        case Verb::bench: return runBench(command);
-        default: break;
+        case Verb::shot:
+            return shoot(command);
+        case Verb::bench:
+            return runBench(command);
+        default:
+            break;
     }
     const Target target = findTarget(command.words.at(0));
     if (!target.widget) return fail(command, target.problem);
@@ -168,27 +177,44 @@ void Player::useHands(const Command& command, QWidget* widget) {
         case Verb::expect:
             return expectation(command, unless(shows(widget, second), read));
         case Verb::expectEnabled:
-            return expectation(command, unless(widget->isEnabled() == (second == "yes"), "it is not so"));
+            return expectation(command,
+                               unless(widget->isEnabled() == (second == "yes"), "it is not so"));
         case Verb::expectVisible:
-            return expectation(command, unless(widget->isVisible() == (second == "yes"), "it is not so"));
+            return expectation(command,
+                               unless(widget->isVisible() == (second == "yes"), "it is not so"));
         case Verb::expectColour: {
             const QColor colour = colourOf(widget);
             return expectation(command, unless(colour == QColor(QString::fromStdString(second)),
                                                "it is " + colour.name().toStdString()));
         }
-        case Verb::click: problem = click(widget, accepted); break;
-        case Verb::close: problem = closeWindow(widget, accepted); break;
-        case Verb::choose: problem = choose(widget, second, accepted); break;
-        case Verb::type: problem = typeInto(widget, second, accepted); break;
-        case Verb::tick: problem = tick(widget, second == "on", accepted); break;
-        case Verb::tab: problem = chooseTab(widget, second, accepted); break;
-        default: problem = "not a command for a control";
+        case Verb::click:
+            problem = click(widget, accepted);
+            break;
+        case Verb::close:
+            problem = closeWindow(widget, accepted);
+            break;
+        case Verb::choose:
+            problem = choose(widget, second, accepted);
+            break;
+        case Verb::type:
+            problem = typeInto(widget, second, accepted);
+            break;
+        case Verb::tick:
+            problem = tick(widget, second == "on", accepted);
+            break;
+        case Verb::tab:
+            problem = chooseTab(widget, second, accepted);
+            break;
+        default:
+            problem = "not a command for a control";
     }
     if (!problem.empty() && !finished_) fail(command, problem);
 }
 
 void Player::wait(const Command& command) {
-    Wait wait{.command = command, .began = loop_.now()};
+    Wait wait;
+    wait.command = command;
+    wait.began = loop_.now();
     wait.deadline = wait.began + msOf(command.words.back());
     const std::string name = command.words.at(0);
     switch (command.verb) {

@@ -171,16 +171,26 @@ bool isOneOf(std::string_view word, std::initializer_list<std::string_view> choi
 
 bool fits(std::string_view word, Form form) {
     switch (form) {
-        case Form::window: return isName(word);
-        case Form::control: return isControl(word);
-        case Form::target: return isName(word) || isControl(word);
-        case Form::text: return true;
-        case Form::ms: return parseMs(word) >= 0;
-        case Form::onOff: return isOneOf(word, {"on", "off"});
-        case Form::yesNo: return isOneOf(word, {"yes", "no"});
-        case Form::colour: return isColour(word);
-        case Form::answer: return isOneOf(word, {"ok", "cancel", "yes", "no"});
-        case Form::path: return !word.empty();
+        case Form::window:
+            return isName(word);
+        case Form::control:
+            return isControl(word);
+        case Form::target:
+            return isName(word) || isControl(word);
+        case Form::text:
+            return true;
+        case Form::ms:
+            return parseMs(word) >= 0;
+        case Form::onOff:
+            return isOneOf(word, {"on", "off"});
+        case Form::yesNo:
+            return isOneOf(word, {"yes", "no"});
+        case Form::colour:
+            return isColour(word);
+        case Form::answer:
+            return isOneOf(word, {"ok", "cancel", "yes", "no"});
+        case Form::path:
+            return !word.empty();
     }
     return false;
 }
@@ -238,7 +248,8 @@ ParsedLine parseLine(std::string_view line, int number) {
     line = withoutLineEnd(line);
     if (number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
     if (line.size() > kLongestScriptLine) return ScriptError{number, "the line is too long"};
-    if (hasControlByte(line)) return ScriptError{number, "not a text line: it holds a control byte"};
+    if (hasControlByte(line))
+        return ScriptError{number, "not a text line: it holds a control byte"};
 
     auto split = splitWords(line);
     if (const auto* problem = std::get_if<std::string>(&split)) {

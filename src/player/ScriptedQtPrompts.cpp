@@ -33,48 +33,67 @@ std::string withoutReturns(std::string text) {
 
 QMessageBox::StandardButton buttonOf(Answer answer) {
     switch (answer) {
-        case Answer::cancel: return QMessageBox::Cancel;
-        case Answer::yes: return QMessageBox::Yes;
-        case Answer::no: return QMessageBox::No;
-        case Answer::ok: break;
+        case Answer::cancel:
+            return QMessageBox::Cancel;
+        case Answer::yes:
+            return QMessageBox::Yes;
+        case Answer::no:
+            return QMessageBox::No;
+        case Answer::ok:
+            break;
     }
     return QMessageBox::Ok;
 }
 
 Answer answerOf(int button) {
     switch (button) {
-        case QMessageBox::Cancel: return Answer::cancel;
-        case QMessageBox::Yes: return Answer::yes;
-        case QMessageBox::No: return Answer::no;
-        default: return Answer::ok;
+        case QMessageBox::Cancel:
+            return Answer::cancel;
+        case QMessageBox::Yes:
+            return Answer::yes;
+        case QMessageBox::No:
+            return Answer::no;
+        default:
+            return Answer::ok;
     }
 }
 
 bool offers(PromptButtons buttons, Answer answer) {
     switch (buttons) {
-        case PromptButtons::ok: return answer == Answer::ok;
-        case PromptButtons::okCancel: return answer == Answer::ok || answer == Answer::cancel;
-        case PromptButtons::yesNoCancel: return answer != Answer::ok;
+        case PromptButtons::ok:
+            return answer == Answer::ok;
+        case PromptButtons::okCancel:
+            return answer == Answer::ok || answer == Answer::cancel;
+        case PromptButtons::yesNoCancel:
+            return answer != Answer::ok;
     }
     return false;
 }
 
 std::string_view nameOf(PromptButtons buttons) {
     switch (buttons) {
-        case PromptButtons::okCancel: return "OK/Cancel";
-        case PromptButtons::yesNoCancel: return "Yes/No/Cancel";
-        case PromptButtons::ok: break;
+        case PromptButtons::okCancel:
+            return "OK/Cancel";
+        case PromptButtons::yesNoCancel:
+            return "Yes/No/Cancel";
+        case PromptButtons::ok:
+            break;
     }
     return "OK";
 }
 
 std::string_view nameOf(PromptIcon icon) {
     switch (icon) {
-        case PromptIcon::information: return "information";
-        case PromptIcon::question: return "question";
-        case PromptIcon::exclamation: return "exclamation";
-        case PromptIcon::critical: return "critical";
-        case PromptIcon::none: break;
+        case PromptIcon::information:
+            return "information";
+        case PromptIcon::question:
+            return "question";
+        case PromptIcon::exclamation:
+            return "exclamation";
+        case PromptIcon::critical:
+            return "critical";
+        case PromptIcon::none:
+            break;
     }
     return "none";
 }
@@ -161,8 +180,7 @@ void ScriptedQtPrompts::noteClosed(int id, int pressedButton) {
 std::optional<std::filesystem::path> ScriptedQtPrompts::askFile(const FileQuestion& question) {
     if (over()) throw ProgramEnded{};
     const std::string what = question.saving ? "save " : "open ";
-    const Box& box =
-        open(Kind::file, {.title = question.title, .text = what + question.pattern});
+    const Box& box = open(Kind::file, {.title = question.title, .text = what + question.pattern});
     const OpenBox guard(*this, box.id);
     while (!box.fileAnswered) {
         if (over()) throw ProgramEnded{};
@@ -184,8 +202,10 @@ void ScriptedQtPrompts::beep() {
 }
 
 ScriptedQtPrompts::Box& ScriptedQtPrompts::open(Kind kind, const Prompt& prompt) {
-    boxes_.push_back({.id = ++lastId_, .kind = kind, .prompt = prompt});
-    Box& box = boxes_.back();
+    Box& box = boxes_.emplace_back();
+    box.id = ++lastId_;
+    box.kind = kind;
+    box.prompt = prompt;
     print(box);
     takeKept(box);
     return box;
@@ -241,7 +261,8 @@ void ScriptedQtPrompts::press(int id, int attempt) {
     if (button) {
         button->click();
     } else if (attempt < kPressAttempts) {
-        loop_.callAfter(std::chrono::milliseconds(1), [this, id, attempt] { press(id, attempt + 1); });
+        loop_.callAfter(std::chrono::milliseconds(1),
+                        [this, id, attempt] { press(id, attempt + 1); });
     } else {
         problem_ = "the box \"" + shownText(box->prompt.title) + "\" never showed its buttons";
     }
@@ -294,8 +315,7 @@ bool ScriptedQtPrompts::foresee(const std::string& part) {
 }
 
 std::string ScriptedQtPrompts::unforeseen() const {
-    const auto found =
-        std::ranges::find_if(boxes_, [](const Box& box) { return !box.foreseen; });
+    const auto found = std::ranges::find_if(boxes_, [](const Box& box) { return !box.foreseen; });
     if (found == boxes_.end()) return {};
     const std::string kind = found->kind == Kind::file ? "file dialog" : "box";
     return "the script did not foresee the " + kind + " \"" + shownText(found->prompt.title) +

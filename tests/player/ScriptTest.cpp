@@ -1,0 +1,162 @@
+#include "player/Script.h"
+
+#include <gtest/gtest.h>
+
+namespace vantor::player {
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(SplitWords, TakesQuotesAsAShellDoes) {
+    const struct {
+        std::string line;
+        Words words;
+    } cases[] = {
+        {"", {}},
+        {" \t ", {}},
+        {"click frmMain.cmdMars", {"click", "frmMain.cmdMars"}},
+        {"  a\t b  ", {"a", "b"}},
+        {R"(a "b c" 'd e')", {"a", "b c", "d e"}},
+        {R"(a"b c"'d'e)", {"ab cde"}},
+        {R"("say \"x\" \\ \n" '\"')", {R"(say "x" \ \n)", R"(\")"}},
+        {R"(a\ b \"c\")", {"a b", "\"c\""}},
+        {R"($'one\ntwo\'s\\')", {"one\ntwo's\\"}},
+        {"'' \"\"", {"", ""}},
+        {"# all of it", {}},
+        {"  #all of it", {}},
+        {"a # rest", {"a"}},
+        {"a #", {"a"}},
+        {"a #ff0000 b#c '#' d", {"a", "#ff0000", "b#c", "#", "d"}},
+        {"type W.C $5", {"type", "W.C", "$5"}},
+    };
+    for (const auto& c : cases) {
+        const auto split = splitWords(c.line);
+        ASSERT_TRUE(std::holds_alternative<Words>(split)) << c.line;
+        EXPECT_EQ(std::get<Words>(split), c.words) << c.line;
+    }
+}
+
+TEST(SplitWords, NamesWhatIsUnfinished) {
+    const struct {
+        std::string line;
+        std::string problem;
+    } cases[] = {
+        {"a 'b", "a ' is not closed"},
+        {"a \"b", "a \" is not closed"},
+        {"a \"b\\\"", "a \" is not closed"},
+        {"a $'b\\", "a $' is not closed"},
+        {"a $'b\\x'", "an unknown \\ in $'...'"},
+        {"a\\", "the line ends in a backslash"},
+    };
+    for (const auto& c : cases) {
+        const auto split = splitWords(c.line);
+        ASSERT_TRUE(std::holds_alternative<std::string>(split)) << c.line;
+        EXPECT_EQ(std::get<std::string>(split), c.problem) << c.line;
+    }
+}
+
+TEST(ParseLine, ChecksNumberAndFormOfArguments) {
+    const struct {
+        std::string line;
+        Verb verb;
+        Words words;
+    } good[] = {
+        {"click frmMain.cmdMars", Verb::click, {"frmMain.cmdMars"}},
+        {"expect-colour frmPROM.txtProm_3 #ffff00 # yellow\r\n",
+         Verb::expectColour,
+         {"frmPROM.txtProm_3", "#ffff00"}},
+        {"expect frmMain 'Vantor Programmer'", Verb::expect, {"frmMain", "Vantor Programmer"}},
+        {"await-idle 0", Verb::awaitIdle, {"0"}},
+        {"answer yes ''", Verb::answer, {"yes", ""}},
+        {"shot a.png", Verb::shot, {"a.png"}},
+        {"shot frmMain 'my pictures/a.png'", Verb::shot, {"frmMain", "my pictures/a.png"}},
+        {"bench fault drop-byte 3", Verb::bench, {"fault", "drop-byte", "3"}},
+    };
+    for (const auto& c : good) {
+        const ParsedLine parsed = parseLine(c.line, 7);
+        const auto* command = std::get_if<Command>(&parsed);
+        ASSERT_NE(command, nullptr) << c.line << ": " << std::get<ScriptError>(parsed).text;
+        EXPECT_EQ(command->verb, c.verb) << c.line;
+        EXPECT_EQ(command->words, c.words) << c.line;
+        EXPECT_EQ(command->line, 7);
+    }
+
+    const std::string bad[] = {
+        "jump W.C",
+        "Click W.C",
+        "click",
+        "click W",
+        "click W.C.D",
+        "click W.",
+        "click .C",
+        "click W.C D",
+        "tick W.C yes",
+        "expect W.C",
+        "expect W.C a b",
+        "expect-enabled W.C on",
+        "await W.C x",
+        "await W.C x soon",
+        "await W.C x -1",
+        "sleep 1e3",
+        "sleep 86400001",
+        "sleep 99999999999999999999",
+        "answer maybe text",
+        "answer ok",
+        "expect-colour W.C red",
+        "bench",
+        "await-visible W.C",
+        "expect-colour W.C #12345g",
+        "shot ''",
+        "file",
+        "click W\xC3\xA4.C",
+        "sleep 1\x01",
+        "await-idle ' 5'",
+        "shot a b c",
+    };
+    for (const std::string& line : bad) {
+        const ParsedLine parsed = parseLine(line, 3);
+        ASSERT_TRUE(std::holds_alternative<ScriptError>(parsed)) << line;
+        EXPECT_EQ(std::get<ScriptError>(parsed).line, 3);
+        EXPECT_FALSE(std::get<ScriptError>(parsed).text.empty());
+    }
+}
+
+TEST(ParseScript, ReportsEveryMistakeWithItsLine) {
+    const ParsedScript parsed = parseScript("\xEF\xBB\xBF# start\r\nsleep 5\r\nhop\n\nclick 'W.C");
+    const auto* errors = std::get_if<std::vector<ScriptError>>(&parsed);
+    ASSERT_NE(errors, nullptr);
+    ASSERT_EQ(errors->size(), 2u);
+    EXPECT_EQ(errors->at(0).line, 3);
+    EXPECT_EQ(errors->at(1).line, 5);
+
+    const ParsedScript fine = parseScript("# only\n\nsleep 5\nsleep 6");
+    const auto* commands = std::get_if<std::vector<Command>>(&fine);
+    ASSERT_NE(commands, nullptr);
+    ASSERT_EQ(commands->size(), 2u);
+    EXPECT_EQ(commands->at(1).line, 4);
+}
+
+// A script may be any file that somebody picked by mistake.
+TEST(ParseScript, RefusesWhatIsNoText) {
+    for (const std::string& bytes : {std::string("\x7f"
+                                                 "ELF\x02\x01\0\0",
+                                                 8),
+                                     std::string(5000, 'x'), std::string(10, '\0')}) {
+        EXPECT_TRUE(std::holds_alternative<std::vector<ScriptError>>(parseScript(bytes)));
+    }
+}
+
+// Any beginning of a valid script is valid up to its last line: nothing is read past the end.
+TEST(ParseScript, SurvivesTruncationAnywhere) {
+    const std::string script =
+        "click a.b\nexpect a.b \"x \\\" y\"\nawait a.b $'\\n' 10\nbench drop 'one two' 3\n";
+    for (std::size_t length = 0; length <= script.size(); ++length) {
+        const ParsedScript parsed = parseScript(std::string_view(script).substr(0, length));
+        if (const auto* errors = std::get_if<std::vector<ScriptError>>(&parsed)) {
+            EXPECT_EQ(errors->size(), 1u) << length;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantor::player
