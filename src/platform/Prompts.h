@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -45,6 +46,9 @@ class Prompts {
     virtual std::optional<std::filesystem::path> askFile(const FileQuestion& question) = 0;
 
     virtual void beep() = 0;
+
+    /// How a waiting question learns that the program ends; set by the wiring.
+    virtual void setEnding(std::function<bool()> ending) { (void)ending; }
 };
 
 }  // namespace vantor

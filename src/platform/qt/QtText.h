@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -12,5 +13,12 @@ namespace vantor {
 
 /// The same for a button or label caption: "&" is shown, not taken as a shortcut.
 [[nodiscard]] QString toCaption(std::string_view windows1252);
+
+/// The same for the text of a box: lines end as the toolkit wants.
+[[nodiscard]] QString toBoxText(std::string_view windows1252);
+
+/// File names, which are in the system's own encoding and never become Windows-1252.
+[[nodiscard]] QString pathToQt(const std::filesystem::path& path);
+[[nodiscard]] std::filesystem::path pathFromQt(const QString& path);
 
 }  // namespace vantor

@@ -1,0 +1,139 @@
+#include "platform/qt/QtPrompts.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <algorithm>
+
+#include "platform/ProgramEnded.h"
+#include "platform/qt/QtText.h"
+
+namespace vantor {
+
+namespace {
+
+QMessageBox::Icon iconOf(PromptIcon icon) {
+    switch (icon) {
+        case PromptIcon::information: return QMessageBox::Information;
+        case PromptIcon::question: return QMessageBox::Question;
+        case PromptIcon::exclamation: return QMessageBox::Warning;
+        case PromptIcon::critical: return QMessageBox::Critical;
+        case PromptIcon::none: break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
+    switch (buttons) {
+        case PromptButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+        case PromptButtons::yesNoCancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        case PromptButtons::ok: break;
+    }
+    return QMessageBox::Ok;
+}
+
+/// The program's window that a question belongs to. Windows of the bench are none: the bench must
+/// stay usable while a question about its PROM socket is open.
+QWidget* owner() {
+    const auto ours = [](const QWidget* window) {
+        return window && window->isVisible() && window->objectName().startsWith(QLatin1String("frm"));
+    };
+    if (QWidget* active = QApplication::activeWindow(); ours(active)) return active;
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), ours);
+    return found == windows.end() ? nullptr : *found;
+}
+
+void fill(QMessageBox& box, const Prompt& prompt) {
+    box.setWindowTitle(toQt(prompt.title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(toBoxText(prompt.text));
+    box.setIcon(iconOf(prompt.icon));
+    box.setStandardButtons(buttonsOf(prompt.buttons));
+    const bool yesNo = prompt.buttons == PromptButtons::yesNoCancel;
+    box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
+    box.setEscapeButton(prompt.buttons == PromptButtons::ok ? QMessageBox::Ok
+                                                            : QMessageBox::Cancel);
+}
+
+Answer answerOf(const QMessageBox& box) {
+    switch (box.standardButton(box.clickedButton())) {
+        case QMessageBox::Yes: return Answer::yes;
+        case QMessageBox::No: return Answer::no;
+        case QMessageBox::Cancel: return Answer::cancel;
+        default: return Answer::ok;
+    }
+}
+
+}  // namespace
+
+QtPrompts::~QtPrompts() {
+    for (const auto& box : notices_) delete box.data();
+}
+
+void QtPrompts::waitFor(QDialog& dialog) {
+    bool finished = false;
+    // The toolkit calls this inside the click; nothing but the note happens there.
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&finished] { finished = true; });
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.show();
+    while (!finished) {
+        if (ending_ && ending_()) {
+            dialog.hide();
+            throw ProgramEnded{};
+        }
+        loop_.pump();
+    }
+    if (ending_ && ending_()) throw ProgramEnded{};
+}
+
+Answer QtPrompts::ask(const Prompt& prompt) {
+    QMessageBox box(owner());
+    box.setObjectName(QStringLiteral("prompt"));
+    fill(box, prompt);
+    waitFor(box);
+    return answerOf(box);
+}
+
+void QtPrompts::notice(const Prompt& prompt) {
+    std::erase_if(notices_, [](const auto& box) { return box.isNull(); });
+    const QString text = toBoxText(prompt.text);
+    for (const auto& box : notices_) {
+        if (box->text() == text && box->isVisible()) return;
+    }
+    auto* box = new QMessageBox;
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setObjectName(QStringLiteral("notice"));
+    // It belongs to no window (the windows come and go under it), so it has to keep itself in
+    // sight.
+    box->setWindowFlag(Qt::WindowStaysOnTopHint);
+    box->setWindowModality(Qt::NonModal);
+    fill(*box, prompt);
+    notices_.emplace_back(box);
+    box->show();
+}
+
+std::optional<std::filesystem::path> QtPrompts::askFile(const FileQuestion& question) {
+    QFileDialog dialog(owner(), toQt(question.title), pathToQt(question.startFolder),
+                       toQt(question.pattern));
+    dialog.setObjectName(QStringLiteral("filePrompt"));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setAcceptMode(question.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    // A name that does not exist is the caller's to judge: the dialog's own refusal would be a
+    // box that nobody can answer while the program ends.
+    dialog.setFileMode(QFileDialog::AnyFile);
+    waitFor(dialog);
+    if (dialog.result() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return pathFromQt(dialog.selectedFiles().constFirst());
+}
+
+void QtPrompts::beep() {
+    QApplication::beep();
+}
+
+}  // namespace vantor
