@@ -34,7 +34,7 @@ void writeFileWhole(const fs::path& path, std::string_view bytes) {
     if (!error) return;
     std::error_code ignored;
     fs::remove(beside, ignored);
-    throw std::system_error(error, path.string());
+    throw std::system_error(error, path.filename().string());
 }
 
 }  // namespace vantor

@@ -8,29 +8,39 @@
 namespace vantor {
 
 bool ActionFrame::run(int errorMessage, const std::function<void()>& action) {
-    if (busy()) return false;
-    setDepth(1);
+    if (busy_) return false;
+    ++frames_;
+    setBusy(true);
     guarded(errorMessage, action);
-    setDepth(0);
+    setBusy(false);
+    leave();
     return true;
 }
 
 void ActionFrame::runThrough(int errorMessage, const std::function<void()>& action) {
+    ++frames_;
     guarded(errorMessage, action);
+    leave();
 }
 
 void ActionFrame::guarded(int errorMessage, const std::function<void()>& action) {
     try {
         errors_.attempt(errorMessage, action);
     } catch (const ProgramEnded&) {
-        ended_();
+        ending_ = true;
     } catch (...) {
         try {
             errors_.report(errorMessage, "unknown failure", 0);
         } catch (...) {
-            ended_();
+            ending_ = true;
         }
     }
+}
+
+void ActionFrame::leave() {
+    if (--frames_ > 0 || !ending_) return;
+    ending_ = false;
+    ended_();
 }
 
 ActionFrame::Control& ActionFrame::control(QWidget* widget) {
@@ -44,7 +54,7 @@ ActionFrame::Control& ActionFrame::control(QWidget* widget) {
 }
 
 void ActionFrame::apply(Control& control) const {
-    if (control.widget) control.widget->setEnabled(control.wanted && (!busy() || control.allowed));
+    if (control.widget) control.widget->setEnabled(control.wanted && (!busy_ || control.allowed));
 }
 
 void ActionFrame::setEnabled(QWidget* widget, bool enabled) {
@@ -68,16 +78,31 @@ void ActionFrame::adopt(QWidget* window) {
     }
 }
 
-void ActionFrame::setDepth(int depth) {
-    if (depth > 0) focusBefore_ = QApplication::focusWidget();
-    depth_ = depth;
+void ActionFrame::setBusy(bool busy) {
+    if (busy) parkFocus();
+    busy_ = busy;
     for (auto& [widget, entry] : controls_) apply(entry);
-    // A disabled control loses the focus; the keyboard user gets it back.
-    if (depth == 0 && focusBefore_ && focusBefore_->isEnabled() && focusBefore_->isVisible() &&
-        QApplication::focusWidget() == nullptr) {
-        focusBefore_->setFocus();
-    }
-    for (const auto& listener : listeners_) listener(busy());
+    if (!busy) giveFocusBack();
+    for (const auto& listener : listeners_) listener(busy);
+}
+
+// A control that is disabled hands the focus on to the next enabled one, and that is Exit or
+// Cancel Operation: a second press of the space bar must not hit those. So the window itself holds
+// the focus meanwhile.
+void ActionFrame::parkFocus() {
+    focusBefore_ = QApplication::focusWidget();
+    if (!focusBefore_ || focusBefore_->isWindow()) return;
+    const auto entry = controls_.find(focusBefore_);
+    if (entry == controls_.end() || entry->second.allowed) return;
+    focusBefore_->window()->setFocus();
+}
+
+void ActionFrame::giveFocusBack() {
+    if (!focusBefore_ || !focusBefore_->isEnabled() || !focusBefore_->isVisible()) return;
+    QWidget* window = focusBefore_->window();
+    const QWidget* holder = window->focusWidget();
+    // Where the technician has moved on meanwhile, the focus stays.
+    if (holder == nullptr || holder == window) focusBefore_->setFocus();
 }
 
 }  // namespace vantor

@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <functional>
 #include <map>
+#include <vector>
 
 #include "catalogue/ErrorReporter.h"
 
@@ -13,16 +14,19 @@ namespace vantor {
 /// runs, every other one is refused and its control is disabled. No exception leaves it.
 class ActionFrame {
   public:
-    /// `ended` runs once an action has unwound because the program is to end.
+    /// `ended` runs when the program is to end and the last frame has unwound, so that nothing of
+    /// the program's own is left on the stack; it may run again when a later frame ends so.
     ActionFrame(ErrorReporter& errors, std::function<void()> ended)
         : errors_(errors), ended_(std::move(ended)) {}
+    ActionFrame(const ActionFrame&) = delete;
+    ActionFrame& operator=(const ActionFrame&) = delete;
 
     /// Runs an action as the only one; false (and nothing done) while another runs. A run-time
     /// error that no step caught is reported under `errorMessage`.
     bool run(int errorMessage, const std::function<void()>& action);
     /// For what gets through while an action runs: Cancel Operation, Exit, the windows' X.
     void runThrough(int errorMessage, const std::function<void()>& action);
-    [[nodiscard]] bool busy() const { return depth_ > 0; }
+    [[nodiscard]] bool busy() const { return busy_; }
 
     /// Enables or disables a control; while an action runs it stays disabled all the same unless
     /// it was given to `allowWhileBusy`.
@@ -45,15 +49,20 @@ class ActionFrame {
 
     Control& control(QWidget* widget);
     void apply(Control& control) const;
-    void setDepth(int depth);
+    void setBusy(bool busy);
+    void parkFocus();
+    void giveFocusBack();
     void guarded(int errorMessage, const std::function<void()>& action);
+    void leave();
 
     ErrorReporter& errors_;
     std::function<void()> ended_;
     std::map<QWidget*, Control> controls_;
     std::vector<std::function<void(bool)>> listeners_;
     QPointer<QWidget> focusBefore_;
-    int depth_ = 0;
+    bool busy_ = false;
+    bool ending_ = false;  ///< a frame has unwound because the program is to end
+    int frames_ = 0;       ///< frames on the stack
 };
 
 }  // namespace vantor

@@ -15,21 +15,28 @@ namespace {
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
     switch (icon) {
-        case PromptIcon::information: return QMessageBox::Information;
-        case PromptIcon::question: return QMessageBox::Question;
-        case PromptIcon::exclamation: return QMessageBox::Warning;
-        case PromptIcon::critical: return QMessageBox::Critical;
-        case PromptIcon::none: break;
+        case PromptIcon::information:
+            return QMessageBox::Information;
+        case PromptIcon::question:
+            return QMessageBox::Question;
+        case PromptIcon::exclamation:
+            return QMessageBox::Warning;
+        case PromptIcon::critical:
+            return QMessageBox::Critical;
+        case PromptIcon::none:
+            break;
     }
     return QMessageBox::NoIcon;
 }
 
 QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
     switch (buttons) {
-        case PromptButtons::okCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+        case PromptButtons::okCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
         case PromptButtons::yesNoCancel:
             return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-        case PromptButtons::ok: break;
+        case PromptButtons::ok:
+            break;
     }
     return QMessageBox::Ok;
 }
@@ -38,7 +45,8 @@ QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
 /// stay usable while a question about its PROM socket is open.
 QWidget* owner() {
     const auto ours = [](const QWidget* window) {
-        return window && window->isVisible() && window->objectName().startsWith(QLatin1String("frm"));
+        return window && window->isVisible() &&
+               window->objectName().startsWith(QLatin1String("frm"));
     };
     if (QWidget* active = QApplication::activeWindow(); ours(active)) return active;
     const auto windows = QApplication::topLevelWidgets();
@@ -60,10 +68,14 @@ void fill(QMessageBox& box, const Prompt& prompt) {
 
 Answer answerOf(const QMessageBox& box) {
     switch (box.standardButton(box.clickedButton())) {
-        case QMessageBox::Yes: return Answer::yes;
-        case QMessageBox::No: return Answer::no;
-        case QMessageBox::Cancel: return Answer::cancel;
-        default: return Answer::ok;
+        case QMessageBox::Yes:
+            return Answer::yes;
+        case QMessageBox::No:
+            return Answer::no;
+        case QMessageBox::Cancel:
+            return Answer::cancel;
+        default:
+            return Answer::ok;
     }
 }
 

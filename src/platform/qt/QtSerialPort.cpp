@@ -55,7 +55,7 @@ SerialPort::OpenResult QtSerialPort::open(int portNumber) {
     close();
     const std::string device = map_.device(portNumber);
     if (device.empty()) return {.open = false, .reason = "No device is assigned to this port"};
-    port_.setPortName(QString::fromLocal8Bit(device.data(), static_cast<qsizetype>(device.size())));
+    port_.setPortName(QString::fromStdString(device));
     port_.setBaudRate(QSerialPort::Baud9600);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
@@ -153,8 +153,7 @@ PortDescription QtPortDirectory::describe(int portNumber) const {
     PortDescription description;
     description.device = map_.device(portNumber);
     if (description.device.empty()) return description;
-    const QString device = QString::fromLocal8Bit(
-        description.device.data(), static_cast<qsizetype>(description.device.size()));
+    const QString device = QString::fromStdString(description.device);
     // A list asks for all thirty in a row; the system is asked once for them together.
     if (!asked_.isValid() || asked_.hasExpired(kKeepListMs)) {
         ports_ = QSerialPortInfo::availablePorts();

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+#include "app/ConfigPanel.h"
+#include "app/frmMain.h"
+#include "catalogue/ErrorReporter.h"
+#include "catalogue/SessionState.h"
+#include "link/MechCheck.h"
+#include "link/MechFamily.h"
+#include "link/ProgrammerLink.h"
+#include "platform/qt/ActionFrame.h"
+
+namespace vantor {
+
+/// What the main window's buttons do.
+class MainActions {
+  public:
+    struct Parts {
+        SessionState& state;
+        ErrorReporter& errors;
+        ActionFrame& actions;
+        ProgrammerLink& link;
+        MechCheck& check;
+        const Families& families;
+        FrmMain& main;
+        ConfigPanel& config;
+    };
+
+    /// Connects the buttons.
+    explicit MainActions(const Parts& parts);
+
+    /// Opens the measurement window over the hidden main window.
+    std::function<void()> openMeasurement;
+
+    /// The ready state of the main window; windows that return to it call this.
+    void setupMainForm();
+    /// From now on the buttons are offered: the start-up is over.
+    void startOffering();
+
+  private:
+    struct Action {
+        const char* button;
+        const char* list;  ///< of models
+        std::string_view maker;
+        int errorMessage;
+        bool detect;  ///< the box must see a validator
+        /// nullptr: there is no such action yet.
+        void (MainActions::*perform)(const Action&);
+    };
+    static const std::array<Action, 9>& table();
+
+    void perform(const Action& action);
+    void programMech(const Action& action);
+    void enableAll(bool enabled);
+
+    Parts p_;
+    bool offering_ = false;
+};
+
+}  // namespace vantor
