@@ -1,12 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <random>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,6 +14,10 @@
 
 namespace vantor::boxsim {
 
+class SimulatedMech;
+
+/// What is in the PROM socket. An E+1 device has two switches (on the bench: switch 1 on and
+/// switch 2 off at the start, and they keep their place when another device is put in).
 enum class PromKind { none, bipolar, e1 };
 
 /// One byte on the wire, for transcripts.
@@ -50,10 +50,15 @@ class SimulatedBox {
     [[nodiscard]] bool pluggedIn() const;
 
     // --- the bench: what a technician's hands do
-    /// Plugs a validator of a catalogue model in (any family; the mech behaves as its family does).
-    void plugValidator(std::string_view maker, std::string_view model);
+    /// Plugs a validator of a catalogue model in (any family; the mech behaves as its family does);
+    /// false, and nothing changes, for a model that the catalogue does not list.
+    bool plugValidator(std::string_view maker, std::string_view model);
+    /// Plugs the last one in again; false when there never was one.
+    bool replugValidator();
     void unplugValidator();
     [[nodiscard]] std::string validator() const;  ///< model code; empty when none
+    /// The mech behind the box; nullptr when none is plugged in.
+    [[nodiscard]] SimulatedMech* mech();
     /// `words` 256 (1K) or 512 (2K).
     void insertProm(PromKind kind, int words, std::span<const std::uint8_t> contents = {});
     [[nodiscard]] PromKind promKind() const;
@@ -62,15 +67,22 @@ class SimulatedBox {
     [[nodiscard]] bool switchOn(int number) const;
     /// Names of the coins and slugs that the plugged model's bench has.
     [[nodiscard]] std::vector<std::string> coins() const;
-    /// Drops `count` pieces of a coin or slug, one every `everyMs`; false for an unknown name.
+    /// Drops `count` pieces of a coin or slug, one every `everyMs`; false for an unknown name. Each
+    /// piece is drawn from the population of that coin in the plugged mech. Letter case of the name
+    /// is ignored.
     bool drop(std::string_view coin, int count = 1, int everyMs = 400);
+    /// Drops one coin with these readings.
     void dropRaw(int v1, int v2, int v3);
+    /// A silent box neither hears nor says anything.
     void setSilent(bool silent);
+    /// The box sends its battery warning; in serial mode it waits until that is left.
     void batteryLow();
     void setVersion(std::string_view version);  ///< five characters, "V1.95" at the start
     void setBinaryOutput(bool offered);
     void setLineFeeds(bool on);        ///< lines end in CR LF
     void setReadyAtBreakEnd(bool on);  ///< "*R" comes at the end of the break
+    /// For a line that cannot carry a break: 20 ESC in a row count as a long one.
+    void setEscapesAloneAsBreak(bool on);
     void addFault(const Fault& fault);
     void clearFaults();
     void unplug();  ///< the port reports an error; nothing passes until replugged
@@ -80,9 +92,11 @@ class SimulatedBox {
     [[nodiscard]] bool inSerialMode() const;
     [[nodiscard]] bool coinDataOn() const;
     [[nodiscard]] int unknownBytes() const;
+    /// Every byte that left the PC or reached it since `clearTranscript` (of a very long session,
+    /// the later part).
     [[nodiscard]] const std::vector<WireByte>& transcript() const;
     void clearTranscript();
-    /// What the PC sent since `clearTranscript`, as one string.
+    /// What the PC sent since `clearTranscript`, as one string, whatever faults did to it.
     [[nodiscard]] std::string sentByPc() const;
     /// Processing time of the box itself (not line time), summed since `clearTranscript`.
     [[nodiscard]] Micros ownTime() const;
@@ -92,7 +106,7 @@ class SimulatedBox {
     std::unique_ptr<Impl> impl_;
 };
 
-/// The simulated box as the program's serial port, in the same process.
+/// The simulated box as the program's serial port, in the same process. One port to a box.
 class SimulatedPort final : public SerialPort {
   public:
     /// `portNumber`: the only one that opens (COM1 by default).
@@ -109,10 +123,14 @@ class SimulatedPort final : public SerialPort {
     void setFailureHandler(FailureHandler handler) override;
 
   private:
+    void failed(const std::string& reason);
+
     EventLoop& loop_;
     SimulatedBox& box_;
     int portNumber_;
     bool open_ = false;
+    bool breaking_ = false;
+    EventLoop::TimerId failureReport_ = 0;
     Receiver receiver_;
     FailureHandler failureHandler_;
 };

@@ -1,0 +1,50 @@
+#include "boxsim/SimulatedMech.h"
+
+#include <algorithm>
+
+#include "boxsim/MarsMech.h"
+#include "catalogue/MechCatalogue.h"
+
+namespace vantor::boxsim {
+
+namespace {
+
+/// Plugged in and seen, but its own conversation is not simulated: every byte is swallowed.
+class SilentMech final : public SimulatedMech {
+  public:
+    explicit SilentMech(bool binaryOutput) : binaryOutput_(binaryOutput) {}
+    [[nodiscard]] bool offersBinaryOutput() const override { return binaryOutput_; }
+
+  private:
+    bool binaryOutput_;
+};
+
+struct FamilyRow {
+    std::string_view maker;
+    std::unique_ptr<SimulatedMech> (*make)(const MechModel& model, MechLine& line);
+};
+
+constexpr std::array kFamilies = {
+    FamilyRow{kMars,
+              [](const MechModel& model, MechLine&) -> std::unique_ptr<SimulatedMech> {
+                  return std::make_unique<MarsMech>(model.code);
+              }},
+};
+
+}  // namespace
+
+std::unique_ptr<SimulatedMech> makeMech(std::string_view maker, std::string_view model,
+                                        MechLine& line) {
+    // The catalogue's own search takes any code for a Mars mech; a bench holds known models only.
+    const auto models = mechModels();
+    const auto found = std::find_if(models.begin(), models.end(), [&](const MechModel& row) {
+        return row.maker == maker && row.code == model;
+    });
+    if (found == models.end()) return nullptr;
+    for (const FamilyRow& family : kFamilies) {
+        if (family.maker == maker) return family.make(*found, line);
+    }
+    return std::make_unique<SilentMech>(found->binaryOutput);
+}
+
+}  // namespace vantor::boxsim

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "boxsim/Random.h"
+#include "platform/EventLoop.h"
+
+namespace vantor::boxsim {
+
+/// The mech's side of the box while serial mode passes bytes through.
+class MechLine {
+  public:
+    virtual ~MechLine() = default;
+    /// Bytes for the PC, after `ownTime` of the mech's own work; one call is one reply. Outside
+    /// serial mode they go nowhere.
+    virtual void reply(std::span<const std::uint8_t> bytes, Micros ownTime) = 0;
+    /// For what a mech does by itself, later.
+    [[nodiscard]] virtual EventLoop& loop() = 0;
+};
+
+/// What the sensors say of one coin: parameter p (1-based) at p - 1.
+using CoinReading = std::vector<int>;
+
+/// The validator plugged into the box. A family overrides what it knows; the rest behaves like a
+/// mech that is there and says nothing.
+class SimulatedMech {
+  public:
+    virtual ~SimulatedMech() = default;
+
+    // --- command mode
+    /// The status line says that a validator is connected.
+    [[nodiscard]] virtual bool seen() const { return true; }
+    /// The answer to "Y": sensor values with no coin.
+    [[nodiscard]] virtual std::array<int, 3> idleValues() const { return {}; }
+    /// The box answers "*".
+    [[nodiscard]] virtual bool offersBinaryOutput() const { return false; }
+    /// Every known command, when the box has acted on it ("N", "I", "C08", "#80", ...).
+    virtual void commandSeen(std::string_view command) { (void)command; }
+    /// The lines that a coin gives while coin data is on.
+    [[nodiscard]] virtual std::vector<std::string> coinLines(const CoinReading& reading) const {
+        (void)reading;
+        return {};
+    }
+
+    // --- serial mode
+    /// The box has entered serial mode with `modeCommand` ("$05").
+    virtual void serialOpened(std::string_view modeCommand) { (void)modeCommand; }
+    virtual void serialClosed() {}
+    virtual void fromPc(std::uint8_t byte) { (void)byte; }
+    /// A coin falls while the box is in serial mode.
+    virtual void coinInSerialMode(const CoinReading& reading) { (void)reading; }
+
+    // --- the bench
+    /// Names of the coins and slugs that can be dropped.
+    [[nodiscard]] virtual std::vector<std::string> coins() const { return {}; }
+    /// One piece of a coin or slug, drawn from its population; nothing for an unknown name.
+    [[nodiscard]] virtual std::optional<CoinReading> draw(std::string_view coin,
+                                                          Random& random) const {
+        (void)coin;
+        (void)random;
+        return std::nullopt;
+    }
+};
+
+/// The mech of a catalogue model; nullptr when the maker's catalogue has no such model.
+[[nodiscard]] std::unique_ptr<SimulatedMech> makeMech(std::string_view maker,
+                                                      std::string_view model, MechLine& line);
+
+}  // namespace vantor::boxsim
