@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -22,6 +23,8 @@ class FakePort final : public SerialPort {
     std::string sent;
     std::vector<std::string> writes;
     int discards = 0;
+    /// Answers what no rule answers, after 5 ms; empty = silence.
+    std::function<std::string(std::string_view)> responder;
     int openedNumber = 0;
 
     /// Every write equal to `request` is answered with `reply` after `delayMs`; several rules for
@@ -58,6 +61,9 @@ class FakePort final : public SerialPort {
             const Reply reply = rule->second.front();
             if (rule->second.size() > 1) rule->second.erase(rule->second.begin());
             receive(reply.bytes, reply.delayMs);
+        } else if (responder) {
+            const std::string reply = responder(text);
+            if (!reply.empty()) receive(reply, 5);
         }
         return true;
     }

@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include "MarsWorld.h"
+
+namespace vantor {
+namespace {
+
+using test::escapes;
+using test::MarsWorld;
+
+constexpr const char* kPresent = "C00030 00020 00150 00100 00 V1.95\r";
+constexpr const char* kAbsent = "N00030 00020 00150 00100 00 V1.95\r";
+constexpr const char* kWrong = "C00030 00020 00150 01000 00 V1.95\r";
+
+TEST(MarsTimings, AreSentOnceWhenTheBoxTakesThem) {
+    struct Case {
+        const char* model;
+        const char* status;
+        const char* sent;
+    };
+    for (const Case& c :
+         {Case{"ME111", kPresent, "Z030020150100\rS"},
+          Case{"never seen", kPresent, "Z030020150100\rS"},
+          Case{"MS1000", "C00150 00150 00150 00425 00 V1.95\r", "Z150150150425\rS"},
+          Case{"MS1400", "N00150 00150 00150 00425 00 V1.95\r", "C02Z150150150425\rS"}}) {
+        MarsWorld world(c.model);
+        world.port.answer("S", c.status);
+        world.mars.setupMarsTimings(c.model);
+        EXPECT_EQ(world.port.sent, c.sent);
+        EXPECT_TRUE(world.prompts.asked.empty()) << world.textsAsked();
+    }
+}
+
+TEST(MarsTimings, AreTriedSixTimesAndThenTold) {
+    MarsWorld world("MS1400");
+    world.port.answer("S", kWrong);
+    world.mars.setupMarsTimings("MS1400");
+    std::string six;
+    for (int i = 0; i < 6; ++i) six += "C02Z150150150425\rS";
+    EXPECT_EQ(world.port.sent, six);
+    ASSERT_EQ(world.prompts.asked.size(), 1U);
+    EXPECT_EQ(world.prompts.asked[0].text, "Failed to set up validator timings after 5 retries");
+    EXPECT_EQ(world.prompts.asked[0].title, "Error");
+    EXPECT_EQ(world.prompts.asked[0].icon, PromptIcon::information);
+}
+
+TEST(MarsTimings, AreJudgedByTheStatusThatFollowsThem) {
+    // A third attempt succeeds; a stray line before the status is waited past.
+    MarsWorld late;
+    late.port.answer("S", kWrong);
+    late.port.answer("S", kWrong);
+    late.port.answer("S", "T something\r");
+    late.port.receive(kPresent, 3000);
+    late.mars.setupMarsTimings("ME111");
+    EXPECT_EQ(late.port.sent, "Z030020150100\rSZ030020150100\rSZ030020150100\rS");
+    EXPECT_TRUE(late.prompts.asked.empty()) << late.textsAsked();
+
+    // Timings of an earlier conversation are no answer.
+    MarsWorld silent;
+    silent.feed(kPresent);
+    silent.mars.setupMarsTimings("ME111");
+    EXPECT_TRUE(silent.prompts.told("Failed to set up validator timings"));
+}
+
+TEST(MarsCheck, AsksOnceMoreBeforeItGivesUpOnAValidator) {
+    struct Case {
+        const char* model;
+        bool detect;
+        const char* first;
+        const char* second;
+        bool goesOn;
+        std::string sent;
+    };
+    const std::string cfd = "WCFDJ";
+    for (const Case& c : {Case{"ME111", true, kPresent, kPresent, true, "MJSW"},
+                          Case{"ME111", false, kAbsent, kAbsent, true, "MJSW"},
+                          Case{"ME111", true, kAbsent, kPresent, true, "MJSSW"},
+                          Case{"ME111", true, kAbsent, kAbsent, false, "MJSSW"},
+                          Case{"ME181", true, kPresent, kPresent, true, "MJ" + cfd + "SW"}}) {
+        MarsWorld world(c.model);
+        world.port.answer("S", c.first);
+        world.port.answer("S", c.second);
+        EXPECT_EQ(world.check.checkMech(c.detect), c.goesOn);
+        EXPECT_EQ(world.port.sent, escapes(25) + c.sent);
+        EXPECT_EQ(world.prompts.told("Validator NOT DETECTED"), !c.goesOn);
+    }
+}
+
+TEST(MarsRun, BeginsWithTimingsAndCoinDataOff) {
+    for (const auto& [model, sent] : {std::pair{"ME111", "Z030020150100\rSMI"},
+                                      std::pair{"ME181", "Z030020150100\rSMIWCFDJ"}}) {
+        MarsWorld world(model);
+        world.port.answer("S", kPresent);
+        world.mars.startRun();
+        world.mars.enableCoinData(1);
+        world.mars.disableCoinData();
+        EXPECT_EQ(world.port.sent, std::string(sent) + "NI");
+    }
+}
+
+TEST(MarsRun, ReadingsOutOfRangeAreRefused) {
+    struct Case {
+        std::array<int, 3> reading;
+        bool valid;
+    };
+    for (const Case& c :
+         {Case{{2, 2, 2}, true}, Case{{3000, 3000, 4000}, true}, Case{{1, 100, 100}, false},
+          Case{{100, 3001, 100}, false}, Case{{100, 100, 4001}, false}}) {
+        MarsWorld world;
+        for (int p = 0; p < 3; ++p) {
+            world.state.gather.latestReading[p] = c.reading.at(static_cast<std::size_t>(p));
+        }
+        EXPECT_EQ(world.mars.readingValid(), c.valid)
+            << c.reading[0] << c.reading[1] << c.reading[2];
+    }
+}
+
+}  // namespace
+}  // namespace vantor
