@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFontDatabase>
-#include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -25,9 +24,8 @@ namespace {
 
 /// Often enough for the eye, seldom enough to cost nothing.
 constexpr std::chrono::milliseconds kRefresh{200};
-/// What the traffic view shows, and when the box may forget what went before.
+/// Bytes that the traffic view shows.
 constexpr std::size_t kShownTraffic = 2000;
-constexpr std::size_t kKeptTraffic = 200'000;
 
 struct FaultName {
     const char* caption;
@@ -78,7 +76,7 @@ QString fromUtf8(std::string_view text) {
 }  // namespace
 
 BenchWindow::BenchWindow(EventLoop& loop, SimulatedBox& box, RunBench runBench)
-    : loop_(loop), box_(box), runBench_(std::move(runBench)), timer_(loop) {
+    : box_(box), runBench_(std::move(runBench)), timer_(loop) {
     setObjectName(QStringLiteral("frmBench"));
     setWindowTitle(tr("Bench"));
     auto* hands = new QVBoxLayout;
@@ -250,10 +248,8 @@ QGroupBox* BenchWindow::makeTrafficGroup() {
     layout->addWidget(cells_, 1);
     layout->addWidget(new QLabel(tr("Traffic")));
     layout->addWidget(traffic_, 1);
-    layout->addLayout(row({button("cmdClearTraffic", tr("Clear Traffic"), [this] {
-        box_.clearTranscript();
-        shownBytes_ = 1;
-    })}));
+    layout->addLayout(
+        row({button("cmdClearTraffic", tr("Clear Traffic"), [this] { box_.clearTranscript(); })}));
     group->setMinimumWidth(420);
     return group;
 }
@@ -264,7 +260,8 @@ void BenchWindow::bench(const std::vector<std::string>& words) {
 
 void BenchWindow::plugIn() {
     const std::string maker = mechs_->currentData().toString().toStdString();
-    box_.plugValidator(maker, mechs_->currentText().toStdString());
+    const bool known = box_.plugValidator(maker, mechs_->currentText().toStdString());
+    said_->setText(known ? QString() : tr("The bench has no such validator"));
 }
 
 void BenchWindow::insertProm(const std::string& contents) {
@@ -341,15 +338,12 @@ void BenchWindow::refreshProm() {
 
 void BenchWindow::refreshTraffic() {
     const auto& bytes = box_.transcript();
-    if (bytes.size() == shownBytes_) return;
+    const Micros last = bytes.empty() ? Micros{-1} : bytes.back().at;
+    if (last == shownUntil_) return;
+    shownUntil_ = last;
     const std::size_t first = bytes.size() > kShownTraffic ? bytes.size() - kShownTraffic : 0;
     traffic_->setPlainText(fromUtf8(trafficText(std::span(bytes).subspan(first))));
     traffic_->verticalScrollBar()->setValue(traffic_->verticalScrollBar()->maximum());
-    shownBytes_ = bytes.size();
-    if (bytes.size() > kKeptTraffic) {
-        box_.clearTranscript();
-        shownBytes_ = 0;
-    }
 }
 
 }  // namespace vantor::boxsim

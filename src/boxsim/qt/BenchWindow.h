@@ -2,7 +2,6 @@
 
 #include <QWidget>
 #include <array>
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,7 +11,6 @@
 
 class QCheckBox;
 class QComboBox;
-class QFormLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -58,7 +56,6 @@ class BenchWindow final : public QWidget {
     void refreshProm();
     void refreshTraffic();
 
-    EventLoop& loop_;
     SimulatedBox& box_;
     RunBench runBench_;
     RepeatingTimer timer_;
@@ -84,7 +81,7 @@ class BenchWindow final : public QWidget {
     std::vector<std::uint8_t> shownCells_;
     PromKind shownKind_ = PromKind::none;
     bool promShown_ = false;
-    std::size_t shownBytes_ = 0;
+    Micros shownUntil_{-2};
 };
 
 /// 16 cells a line, the address in front, as the limits of a PROM are looked up on paper.
