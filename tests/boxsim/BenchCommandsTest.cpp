@@ -1,0 +1,127 @@
+#include "boxsim/BenchCommands.h"
+
+#include <filesystem>
+
+#include "BoxBench.h"
+
+namespace vantor::boxsim::test {
+namespace {
+
+TEST(BenchCommands, DoWhatTheySay) {
+    BoxBench bench;
+    const auto run = [&](const char* line) {
+        const BenchResult result = runBenchLine(bench.box, line);
+        EXPECT_EQ(result.error, "") << line;
+        return result.reply;
+    };
+    run("validator in ME111");
+    EXPECT_EQ(bench.box.validator(), "ME111");
+    run("validator out");
+    EXPECT_EQ(bench.ask("S").front(), 'N');
+    run("validator in");
+    EXPECT_EQ(bench.ask("S").front(), 'C');
+    run("version V1.90");
+    EXPECT_EQ(bench.ask("S").substr(28), "V1.90\r");
+    run("binary on");
+    EXPECT_EQ(bench.ask("*"), "D\r");
+    run("silent on");
+    EXPECT_EQ(bench.ask("*"), "");
+    run("silent off");
+
+    bench.ask("N");
+    bench.received.clear();
+    run("drop \"1 Dorin\" 4 EVERY 1000");
+    bench.loop.advance(2500ms);
+    EXPECT_EQ(std::count(bench.received.begin(), bench.received.end(), 'M'), 3);
+    bench.loop.advance(1s);
+    EXPECT_EQ(std::count(bench.received.begin(), bench.received.end(), 'M'), 4);
+    bench.received.clear();
+    run("drop '20 pell' every 5");
+    run("drop-raw 7 8 9");
+    bench.loop.advance(1s);
+    EXPECT_NE(bench.received.find("M 00007 00008 00009\r"), std::string::npos);
+    EXPECT_EQ(bench.received.size(), 40U);
+    EXPECT_NE(run("coins").find("\"Steel Washer\""), std::string::npos);
+    EXPECT_EQ(run("  # a remark"), "");
+
+    run("battery low");
+    run("fault drop box after 1 times 2");
+    EXPECT_EQ(bench.ask("*"), "B\r");  // the CR and the D are lost
+    run("fault clear");
+    run("fault silent always");
+    EXPECT_EQ(bench.ask("*"), "");
+    run("fault clear");
+    run("unplug");
+    EXPECT_FALSE(bench.failure.empty());
+    run("replug");
+    EXPECT_EQ(bench.ask("*"), "D\r");
+}
+
+TEST(BenchCommands, PromsGoInAndAreSavedAndCompared) {
+    const auto file = std::filesystem::temp_directory_path() / "vantor_bench_prom.txt";
+    const std::string name = "'" + file.string() + "'";
+    BoxBench bench;
+    const auto error = [&](const std::string& line) { return runBenchLine(bench.box, line).error; };
+    EXPECT_EQ(error("insert e1 2K"), "");
+    EXPECT_EQ(bench.box.promKind(), PromKind::e1);
+    EXPECT_EQ(error("switch 1 on"), "");
+    EXPECT_EQ(error("switch 2 on"), "");
+    bench.ask("P1F00123456789ABCDEF\r");
+    EXPECT_EQ(error("expect-prom 1F0 0123456789ABCDEF"), "");
+    EXPECT_EQ(error("expect-prom 1EF 01234"), "cell 1F0 holds 0, not 1");
+    EXPECT_NE(error("expect-prom 1FF F0"), "");
+    EXPECT_EQ(error("save-prom " + name), "");
+
+    EXPECT_EQ(error("insert bipolar 2K blank"), "");
+    EXPECT_EQ(error("expect-prom " + name), "cell 1F1 holds 0, not 1");
+    EXPECT_EQ(error("insert bipolar 2K " + name), "");
+    EXPECT_EQ(error("expect-prom " + name), "");
+    EXPECT_NE(error("insert bipolar 1K " + name), "");
+    EXPECT_EQ(bench.box.promCells().size(), 512U);  // the refused one changed nothing
+    EXPECT_EQ(error("insert none"), "");
+    EXPECT_EQ(bench.box.promKind(), PromKind::none);
+    std::filesystem::remove(file);
+}
+
+TEST(BenchCommands, RefuseWhatTheyDoNotUnderstand) {
+    BoxBench bench;
+    EXPECT_FALSE(runBenchLine(bench.box, "drop \"1 Dorin\"").ok());  // no validator
+    EXPECT_FALSE(runBenchLine(bench.box, "validator in").ok());      // never was one
+    ASSERT_TRUE(bench.box.plugValidator("Mars", "ME111"));
+    for (const char* line : {"frob",
+                             "drop",
+                             "drop nothing",
+                             "drop '1 Dorin' 0",
+                             "drop '1 Dorin' 2 3",
+                             "drop '1 Dorin' every",
+                             "drop-raw 1 2",
+                             "drop-raw 1 2 x",
+                             "insert",
+                             "insert e1",
+                             "insert e1 3K",
+                             "insert e1 1K /no/such/file",
+                             "switch 3 on",
+                             "switch 1 up",
+                             "validator",
+                             "validator in ME999",
+                             "validator out ME111",
+                             "silent",
+                             "silent maybe",
+                             "battery",
+                             "version",
+                             "version V1.2345",
+                             "fault",
+                             "fault frob",
+                             "fault drop after",
+                             "fault drop x",
+                             "save-prom",
+                             "save-prom x",
+                             "expect-prom",
+                             "drop '1 Dorin"}) {
+        EXPECT_FALSE(runBenchLine(bench.box, line).ok()) << line;
+    }
+    EXPECT_EQ(bench.box.validator(), "ME111");
+}
+
+}  // namespace
+}  // namespace vantor::boxsim::test
