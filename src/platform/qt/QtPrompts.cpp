@@ -46,8 +46,7 @@ QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
 QWidget* owner() {
     const auto ours = [](const QWidget* window) {
         return window && window->isVisible() &&
-               window->objectName().startsWith(QLatin1String("frm")) &&
-               window->objectName() != QLatin1String("frmBench");
+               window->objectName().startsWith(QLatin1String("frm"));
     };
     if (QWidget* active = QApplication::activeWindow(); ours(active)) return active;
     const auto windows = QApplication::topLevelWidgets();

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QLineEdit>
+#include <string_view>
+#include <vector>
+
+class QLabel;
+class QString;
+class QWidget;
+
+namespace vantor {
+
+class ActionFrame;
+
+/// A text box as wide as the numbers that go into it, right-aligned.
+class NumberBox final : public QLineEdit {
+  public:
+    explicit NumberBox(QWidget* parent = nullptr);
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+};
+
+/// The object name of a member of a control array: "txtProm_3".
+[[nodiscard]] QString memberName(const char* array, int index);
+
+/// Makes a label show its text plainly, as a framed read-only field on the colour of text boxes.
+void makeField(QLabel* label);
+/// A field for a number: right-aligned, and wide enough for `widest` whatever it shows.
+void makeNumberField(QLabel* label, std::string_view widest);
+/// Makes every label below `window` show plain text.
+void showPlainText(QWidget* window);
+
+/// Gives a window the size that its contents ask for now, within the screen. Unlike
+/// QWidget::adjustSize it does not wait for pending layout events and may fill the screen.
+void fitToContents(QWidget* window);
+
+/// Enables a button whose target may not exist yet: without one it stays disabled and its tool
+/// tip says so. The property "wantedEnabled" keeps what was asked for.
+void offer(ActionFrame& actions, QWidget* button, bool wanted, bool available);
+
+/// The Tab key visits the controls in this order.
+void chainTabs(const std::vector<QWidget*>& controls);
+
+}  // namespace vantor
