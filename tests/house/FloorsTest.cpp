@@ -15,8 +15,8 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::map<std::string, int> kFloors = {
-    {"platform", 0}, {"catalogue", 1}, {"resources", 1}, {"link", 2},   {"mars", 3},  {"cc", 3},
-    {"nri", 3},      {"limits", 4},    {"measure", 5},   {"valtest", 5}};
+    {"platform", 0}, {"catalogue", 1}, {"resources", 1}, {"link", 2},    {"mars", 3},
+    {"cc", 3},       {"nri", 3},       {"limits", 4},    {"measure", 5}, {"valtest", 5}};
 constexpr int kWindows = 6;
 constexpr int kApp = 7;
 
@@ -24,6 +24,8 @@ constexpr int kApp = 7;
 std::optional<int> floorOf(const fs::path& file) {
     const std::string folder = file.begin()->string();
     if (folder == "app") return kApp;
+    // The toolkit's side of the world interfaces serves windows and the program, nobody below.
+    if (file.generic_string().starts_with("platform/qt/")) return kWindows;
     if (file.filename().string().starts_with("frm")) return kWindows;
     const auto row = kFloors.find(folder);
     if (row == kFloors.end()) return std::nullopt;
