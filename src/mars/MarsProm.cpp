@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <stdexcept>
 
 #include "catalogue/Text.h"
@@ -22,16 +23,28 @@ constexpr std::string_view kReadWhole = "K";
 constexpr int kLineAddress = 2;    // 1-based positions in a data line
 constexpr int kLineFirstCell = 6;  // then every second character
 
-/// One hexadecimal digit; throws std::invalid_argument for anything else.
-int digitValue(std::string_view line, int position) {
+std::optional<int> hexDigit(std::string_view line, int position) {
     const std::string_view character = field(line, position, 1);
-    if (character.empty()) throw std::invalid_argument("PROM line too short: " + std::string(line));
     constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
-    const std::size_t digit = kDigits.find(character.front());
-    if (digit == std::string_view::npos) {
+    const std::size_t digit = character.empty() ? std::string_view::npos : kDigits.find(character);
+    if (digit == std::string_view::npos) return std::nullopt;
+    return static_cast<int>(digit < 16 ? digit : digit - 6);
+}
+
+/// One digit of a data line; throws std::invalid_argument where there is none.
+int digitValue(std::string_view line, int position) {
+    const std::optional<int> digit = hexDigit(line, position);
+    if (!digit) throw std::invalid_argument("PROM line damaged: " + std::string(line));
+    return *digit;
+}
+
+/// The digit of a cell, which no other digit may precede: a lost or doubled character must not
+/// shift the cells behind it.
+int cellValue(std::string_view line, int position) {
+    if (hexDigit(line, position - 1)) {
         throw std::invalid_argument("PROM line damaged: " + std::string(line));
     }
-    return static_cast<int>(digit < 16 ? digit : digit - 6);
+    return digitValue(line, position);
 }
 
 char nibbleDigit(int nibble) {
@@ -107,7 +120,7 @@ void MarsProm::storePromLine(std::string_view line) {
     // All of the line before any of it is stored.
     std::array<int, kCellsPerLine> nibbles{};
     for (int i = 0; i < kCellsPerLine; ++i) {
-        nibbles.at(static_cast<std::size_t>(i)) = digitValue(line, kLineFirstCell + 2 * i);
+        nibbles.at(static_cast<std::size_t>(i)) = cellValue(line, kLineFirstCell + 2 * i);
     }
     for (int i = 0; i < kCellsPerLine; ++i) {
         state_.images.old[start + i] = nibbles.at(static_cast<std::size_t>(i));

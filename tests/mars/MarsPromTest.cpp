@@ -90,8 +90,9 @@ TEST(MarsRead, LinesOfAnEarlierReadDoNotCount) {
 TEST(MarsRead, ADamagedLineIsReportedAndStoresNothing) {
     for (const std::string line :
          {"R", "R12", "RG00 1 2 3 4 5 6 7 8 9 A B C D E F 0", "R000 1 2 3 4 5 6 7 8 9 A B C D E F",
-          "R000 1 2 3 4 5 6 7 8 9 A B C D E F x", "R1F8 1 2 3 4 5 6 7 8 9 A B C D E F 0",
-          "RFFF 1 2 3 4 5 6 7 8 9 A B C D E F 0"}) {
+          "R000 1 2 3 4 5 6 7 8 9 A B C D E F x",
+          "R000 1 2 3 4R010 1 2 3 4 5 6 7 8 9 A B C D E F 0",
+          "R1F8 1 2 3 4 5 6 7 8 9 A B C D E F 0", "RFFF 1 2 3 4 5 6 7 8 9 A B C D E F 0"}) {
         MarsWorld world("ME111", 1);
         world.mars.parsePromLine(line);
         EXPECT_TRUE(world.prompts.told(" 107 Error Decoding PROM Data : ")) << line;

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include "ScriptedPrompts.h"
+#include "boxsim/SimulatedBox.h"
+#include "link/MechCheck.h"
+#include "link/Receiver.h"
+#include "mars/MarsFamily.h"
+#include "platform/VirtualEventLoop.h"
+
+namespace vantor {
+namespace {
+
+class NoProgress final : public ProgressDisplay {
+  public:
+    void openProgress(const std::string&, const std::string&, bool) override {}
+    void showProgress(int) override {}
+    void showSegment(int) override {}
+    void closeProgress() override {}
+};
+
+/// The Mars family against the simulated box, which knows none of its encoders.
+struct Bench {
+    VirtualEventLoop loop;
+    boxsim::SimulatedBox box{loop, 1};
+    boxsim::SimulatedPort port{loop, box};
+    test::ScriptedPrompts prompts;
+    SessionState state;
+    ErrorReporter errors{state.messages, prompts};
+    ProgrammerLink link{state, loop, port, prompts, errors};
+    Receiver receiver{state, link, prompts, errors};
+    Families families{state};
+    MechCheck check{state, link, families, prompts, errors};
+    NoProgress progress;
+    MarsFamily mars{state, link, prompts, errors, progress};
+
+    explicit Bench(std::string_view model) {
+        link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
+        receiver.sinks.promLine = [this](std::string_view line) { mars.parsePromLine(line); };
+        link.startTicks();
+        families.add(mars);
+        state.mech.manufacturer = kMars;
+        state.mech.mechType = model;
+        applyMechType(state.mech, state.messages);
+        (void)box.plugValidator(kMars, model);
+        link.startupPort();
+
+        state.prom.promSizeCode = 1;
+        state.prom.segmentSelected[0] = state.prom.segmentSelected[1] = true;
+        for (int channel = 1; channel <= 12; ++channel) {
+            for (int column = 1; column <= 6; ++column) {
+                state.limits.channelLimits[channel][column] = 331 * channel + 17 * column;
+            }
+            state.nriNew.newCoinValue[channel] = 20 * channel;
+        }
+        state.coinset.referenceCode = "GBP01";
+        state.coinset.version = "1.2";
+        mars.rebuildImage();
+    }
+    bool programE1() {
+        box.insertProm(boxsim::PromKind::e1, 512);
+        prompts.expect("BOTH SWITCHES ON", Answer::ok, [this] {
+            box.setSwitch(1, true);
+            box.setSwitch(2, true);
+        });
+        prompts.expect("TURN SWITCH 2 OFF", Answer::ok, [this] { box.setSwitch(2, false); });
+        return mars.programAndVerify();
+    }
+    bool programBipolar() {
+        state.prom.target = TargetProm::bipolar;
+        box.insertProm(boxsim::PromKind::bipolar, 512);
+        prompts.expect("Insert 2K Bipolar PROM", Answer::ok);
+        return mars.programAndVerify();
+    }
+    [[nodiscard]] bool promHoldsImage() const {
+        const auto cells = box.promCells();
+        for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+            if (cells[cell] != state.images.next[static_cast<int>(cell)]) return false;
+        }
+        return cells.size() == 512;
+    }
+};
+
+TEST(MarsOnTheBox, EveryModelIsCheckedSetUpAndProgrammed) {
+    for (const std::string_view model : listedModels(kMars)) {
+        Bench bench(model);
+        EXPECT_TRUE(bench.check.checkMech(true)) << model;
+        bench.mars.startRun();
+        EXPECT_TRUE(bench.programE1()) << model;
+        EXPECT_TRUE(bench.promHoldsImage()) << model;
+        EXPECT_TRUE(bench.programBipolar()) << model;
+        EXPECT_TRUE(bench.promHoldsImage()) << model;
+        EXPECT_EQ(bench.box.unknownBytes(), 0) << model;
+        EXPECT_FALSE(bench.prompts.told("Failed to set up validator timings")) << model;
+    }
+}
+
+using boxsim::Fault;
+
+TEST(MarsOnTheBox, FaultsOnTheWay) {
+    struct Case {
+        const char* what;
+        Fault fault;
+        const char* outcome;
+    };
+    for (const Case& c : {Case{"an acknowledgement lost",
+                               {.kind = Fault::Kind::lostAck, .after = 3},
+                               "Verify PROM OK"},
+                          Case{"a cell that sticks",
+                               {.kind = Fault::Kind::stuckCell, .times = -1, .value = 1},
+                               "Verify PROM FAILED"},
+                          Case{"a box gone silent",
+                               {.kind = Fault::Kind::silentBox, .after = 3, .times = -1},
+                               "Verify PROM FAILED"}}) {
+        Bench bench("ME111");
+        bench.box.addFault(c.fault);
+        EXPECT_EQ(bench.programE1(), c.outcome == std::string("Verify PROM OK")) << c.what;
+        EXPECT_EQ(bench.prompts.asked.back().text, c.outcome) << c.what;
+    }
+}
+
+TEST(MarsOnTheBox, NoDamageOfTheLineMakesABadPromGood) {
+    // Cell 1 is wrong; the fault then walks over the line that would say so.
+    constexpr int kAcknowledgedBytes = 2 * 16;
+    constexpr int kLineBytes = 40;
+    for (const Fault::Kind kind : {Fault::Kind::dropByte, Fault::Kind::repeatByte,
+                                   Fault::Kind::insertByte, Fault::Kind::cutLine}) {
+        for (int at = 0; at < kLineBytes; ++at) {
+            Bench bench("ME111");
+            bench.box.addFault({.kind = Fault::Kind::stuckCell, .times = -1, .value = 1});
+            bench.box.addFault({.kind = kind, .after = kAcknowledgedBytes + at, .value = '1'});
+            EXPECT_FALSE(bench.programE1()) << static_cast<int>(kind) << " at " << at;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantor
