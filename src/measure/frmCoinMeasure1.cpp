@@ -154,6 +154,7 @@ void FrmCoinMeasure1::makeParameter(int p) {
         QLabel* offset = makeValue(made.frame, "lblOffset", 2 * p + side);
         QLabel* limit = makeValue(made.frame, "lblLimit", 2 * p + side);
         embolden(limit);
+        keepPlace(source);
         keepPlace(offset);
         grid->addWidget(source, kSourceRow, side);
         grid->addWidget(offset, kOffsetRow, side);

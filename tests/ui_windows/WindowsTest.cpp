@@ -123,18 +123,21 @@ TEST_F(Windows, StatisticsShowACoinOrASlug) {
 
 TEST_F(Windows, RowsOfThePanelAreLevel) {
     openMeasure(kNri, "G13-6000");
-    QApplication::processEvents();
     const auto middle = [this](const std::string& name) {
         const QWidget* control = W::control(w.measure, name);
         return control->mapTo(&w.measure, control->rect().center()).y();
     };
-    const std::pair<const char*, const char*> rows[] = {
-        {"lblReadingHead", "lblReading_"}, {"lblMeanHead", "lblMean_"},
-        {"lblSDHead", "lblSDU_"},          {"lblExtremesHead", "lblLow_"},
-        {"lblSrcHead", "lblSrc_"},         {"lblLimitHead", "lblLimit_"}};
-    for (const auto& [head, value] : rows) {
-        for (const char* member : {"0", "5"}) {
-            EXPECT_NEAR(middle(head), middle(std::string(value) + member), 1) << head;
+    for (const bool coin : {true, false}) {
+        w.showItem(coin);
+        QApplication::processEvents();
+        const std::pair<const char*, const char*> rows[] = {
+            {"lblReadingHead", "lblReading_"}, {"lblMeanHead", "lblMean_"},
+            {"lblSDHead", "lblSDU_"},          {"lblExtremesHead", "lblLow_"},
+            {"lblLimitHead", "lblLimit_"},     {"lblSrcHead", coin ? "lblSrc_" : "lblSeparation_"}};
+        for (const auto& [head, value] : rows) {
+            for (const char* member : {"0", "5"}) {
+                EXPECT_NEAR(middle(head), middle(std::string(value) + member), 1) << head;
+            }
         }
     }
 }
