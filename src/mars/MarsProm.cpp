@@ -123,8 +123,9 @@ void MarsProm::storePromLine(std::string_view line) {
         nibbles.at(static_cast<std::size_t>(i)) = cellValue(line, kLineFirstCell + 2 * i);
     }
     for (int i = 0; i < kCellsPerLine; ++i) {
-        state_.images.old[start + i] = nibbles.at(static_cast<std::size_t>(i));
-        cellsRead_.set(static_cast<std::size_t>(start + i));
+        const int cell = start + i;
+        state_.images.old[cell] = nibbles.at(static_cast<std::size_t>(i));
+        cellsRead_.set(static_cast<std::size_t>(cell));
     }
     if (start + kCellsPerLine > lastPromCell(state_.prom.promSizeCode)) {
         state_.box.promReadDone = true;

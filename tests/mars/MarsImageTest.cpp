@@ -91,22 +91,6 @@ TEST(MarsImage, TheMe181HasItsBlocksAndCoinValuesWhereTheMechWantsThem) {
     EXPECT_EQ(digits(image, 0, 3), "F08C");
 }
 
-TEST(MarsImage, RangesOfSegments) {
-    struct Case {
-        const char* model;
-        int promSizeCode;
-        int highest;
-        CellRange last;
-    };
-    for (const Case& c : {Case{"ME111", 0, 1, {128, 255}}, Case{"ME111", 1, 3, {384, 511}},
-                          Case{"ME181", 0, 1, {256, 511}}, Case{"ME181", 1, 1, {256, 511}},
-                          Case{"a new one", 1, 3, {384, 511}}}) {
-        const MarsLayout& layout = marsModel(c.model).layout;
-        EXPECT_EQ(highestMarsSegment(layout, c.promSizeCode), c.highest) << c.model;
-        EXPECT_EQ(marsSegmentRange(layout, c.highest), c.last) << c.model;
-    }
-}
-
 // --- taking channels over ------------------------------------------------------------------
 
 /// An old image whose limit at a cell tells the cell: nibbles 0..15 in turn, scrambled a little.

@@ -124,6 +124,8 @@ TEST(MarsProgramE1, BothSegmentsOnceAndVerified) {
     EXPECT_EQ(world.prompts.asked[0].buttons, PromptButtons::okCancel);
     EXPECT_EQ(world.prompts.asked[1].buttons, PromptButtons::ok);
     EXPECT_EQ(world.prompts.asked[2].icon, PromptIcon::none);
+    // Twice 800 ms for the silent "E", 200 ms for the socket to settle, 5 ms for each answer.
+    EXPECT_NEAR(world.ms(), 2 * 800 + 200 + 17 * 5, 60);
 }
 
 TEST(MarsProgramE1, TheProgressWindowFollowsEveryLine) {

@@ -70,19 +70,22 @@ TEST(MarsCheck, AsksOnceMoreBeforeItGivesUpOnAValidator) {
         const char* second;
         bool goesOn;
         std::string sent;
+        double ms;
     };
-    const std::string cfd = "WCFDJ";
-    for (const Case& c : {Case{"ME111", true, kPresent, kPresent, true, "MJSW"},
-                          Case{"ME111", false, kAbsent, kAbsent, true, "MJSW"},
-                          Case{"ME111", true, kAbsent, kPresent, true, "MJSSW"},
-                          Case{"ME111", true, kAbsent, kAbsent, false, "MJSSW"},
-                          Case{"ME181", true, kPresent, kPresent, true, "MJ" + cfd + "SW"}}) {
+    const double once = 800 + 500;
+    const double twice = once + 1000;
+    for (const Case& c : {Case{"ME111", true, kPresent, kPresent, true, "MJSW", once},
+                          Case{"ME111", false, kAbsent, kAbsent, true, "MJSW", once},
+                          Case{"ME111", true, kAbsent, kPresent, true, "MJSSW", twice},
+                          Case{"ME111", true, kAbsent, kAbsent, false, "MJSSW", twice},
+                          Case{"ME181", true, kPresent, kPresent, true, "MJWCFDJSW", once}}) {
         MarsWorld world(c.model);
         world.port.answer("S", c.first);
         world.port.answer("S", c.second);
         EXPECT_EQ(world.check.checkMech(c.detect), c.goesOn);
         EXPECT_EQ(world.port.sent, escapes(25) + c.sent);
         EXPECT_EQ(world.prompts.told("Validator NOT DETECTED"), !c.goesOn);
+        EXPECT_NEAR(world.ms(), c.ms, 60) << c.sent;
     }
 }
 

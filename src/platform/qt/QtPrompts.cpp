@@ -46,7 +46,8 @@ QMessageBox::StandardButtons buttonsOf(PromptButtons buttons) {
 QWidget* owner() {
     const auto ours = [](const QWidget* window) {
         return window && window->isVisible() &&
-               window->objectName().startsWith(QLatin1String("frm"));
+               window->objectName().startsWith(QLatin1String("frm")) &&
+               window->objectName() != QLatin1String("frmBench");
     };
     if (QWidget* active = QApplication::activeWindow(); ours(active)) return active;
     const auto windows = QApplication::topLevelWidgets();
