@@ -40,7 +40,12 @@ void seedFolder(const fs::path& folder, const fs::path& data) {
         fs::exists(folder / "CoinSets", ignored) || !fs::is_directory(data, ignored)) {
         return;
     }
-    fs::copy(data, folder, fs::copy_options::recursive | fs::copy_options::skip_existing, ignored);
+    for (const auto& entry : fs::directory_iterator(data, ignored)) {
+        // A source tree keeps its tools beside the data that they make.
+        if (entry.path().extension() == ".py") continue;
+        fs::copy(entry.path(), folder / entry.path().filename(),
+                 fs::copy_options::recursive | fs::copy_options::skip_existing, ignored);
+    }
 }
 
 fs::path chooseProgramFolder(const FolderPlaces& places) {
