@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "Hands.h"
 #include "app/Program.h"
 #include "boxsim/SimulatedBox.h"
 #include "link/ProgrammerLink.h"
@@ -16,7 +17,6 @@
 #include "platform/VirtualEventLoop.h"
 #include "platform/qt/ActionFrame.h"
 #include "platform/qt/QtPrompts.h"
-#include "Hands.h"
 
 namespace vantor::test {
 
