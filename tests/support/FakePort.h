@@ -32,6 +32,8 @@ class FakePort final : public SerialPort {
     void answer(std::string request, std::string reply, int delayMs = 5) {
         rules_[std::move(request)].push_back({std::move(reply), delayMs});
     }
+    /// From now on `request` stays without an answer.
+    void forget(const std::string& request) { rules_.erase(request); }
     /// Bytes from the box, after `delayMs`.
     void receive(std::string bytes, int delayMs = 0) {
         loop_.callAfter(std::chrono::milliseconds(delayMs), [this, bytes = std::move(bytes)] {

@@ -1,0 +1,198 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+
+#include "measure/MeasureFlows.h"
+#include "platform/Files.h"
+#include "LinkWorld.h"
+
+namespace vantor::test {
+
+/// A mech with a PROM socket and three parameters whose conversation is short enough to read.
+class FakeFamily final : public MechFamily {
+  public:
+    FakeFamily(SessionState& state, ProgrammerLink& link) : state_(state), link_(link) {}
+
+    // --- knobs
+    CoinsetRules rules{.promLine = true, .alwaysReadsOldMemory = false};
+    bool cloned = true;
+    bool throwInStartRun = false;
+    std::vector<std::string> calls;
+
+    [[nodiscard]] std::string_view code() const override { return kMars; }
+    [[nodiscard]] FamilyLook look() const override { return {.name = "Fake", .promSocket = true}; }
+    [[nodiscard]] LimitRules limitRules() const override { return {.capacity = 4095}; }
+    [[nodiscard]] CoinsetRules coinsetRules() const override { return rules; }
+    void enableCoinData(int channel) override {
+        calls.push_back("enable " + std::to_string(channel));
+        link_.sendString("N");
+    }
+    void disableCoinData() override { link_.sendString("I"); }
+    [[nodiscard]] bool readingValid() const override {
+        return state_.gather.latestReading[0] >= 2 && state_.gather.latestReading[0] <= 3000;
+    }
+    void startMeasuring() override { link_.sendString("M"); }
+    void startRun() override {
+        if (throwInStartRun) throw std::runtime_error("no timings");
+        link_.sendString("<run>");
+    }
+    bool programmeFromFile() override {
+        calls.emplace_back("clone");
+        return cloned;
+    }
+    bool readMemory() override { return true; }
+    void readOldMemory() override { calls.emplace_back("read old"); }
+    void copyOldMemoryData() override { calls.emplace_back("copy old"); }
+    void rebuildImage() override {
+        calls.emplace_back(state_.limits.changeFlag ? "rebuild changed" : "rebuild");
+    }
+    bool programAndVerify() override { return true; }
+
+    [[nodiscard]] long called(const std::string& call) const {
+        return std::ranges::count(calls, call);
+    }
+
+  private:
+    SessionState& state_;
+    ProgrammerLink& link_;
+};
+
+class FakeMeasureDisplay final : public MeasureDisplay {
+  public:
+    bool log = false;
+    bool duplicate = false;
+    std::vector<std::string> events;
+    std::string caption, number, readings;
+    int backCaption = 0;
+    bool backEnabled = false, runEnabled = false, coinLayout = true, visible = false;
+
+    void showMeasureWindow() override { visible = true; }
+    void hideMeasureWindow() override { visible = false; }
+    void hideMainWindow() override { events.emplace_back("hide main"); }
+    void backToMainWindow() override { events.emplace_back("main"); }
+    void setCaption(const std::string& text) override { caption = text; }
+    void setBackButton(int message, bool enabled) override {
+        backCaption = message;
+        backEnabled = enabled;
+    }
+    void enableRunButtons(bool enabled) override { runEnabled = enabled; }
+    void enablePromChoices(bool) override {}
+    void showWizardPanel(bool) override {}
+    void showMech() override {}
+    void showPromChoices() override { events.emplace_back("prom"); }
+    void showTargetLists() override { events.emplace_back("lists"); }
+    void showStatistics(bool coin) override { coinLayout = coin; }
+    void showLimitSources() override {}
+    void showReading(int parameter, const std::string& text) override {
+        if (parameter == 1) readings.clear();
+        readings += text + ";";
+    }
+    void showNumber(const std::string& text) override { number = text; }
+    void showNumberCaption(const std::string&) override {}
+    void showItem(const std::string&, const std::string&) override {}
+    void showCoinset() override {}
+    [[nodiscard]] bool logResultsTicked() const override { return log; }
+    [[nodiscard]] bool duplicateTicked() const override { return duplicate; }
+    [[nodiscard]] std::string coinValueText() const override { return "5"; }
+};
+
+class FakeLimitsDisplay final : public LimitsDisplay {
+  public:
+    bool visible = false;
+    int segment = -1;
+    std::string firstRow;   ///< the limits of the first channel
+    std::string firstSlug;  ///< the limits of the first slug
+
+    void layOut(const LimitsLayout&) override { firstRow = firstSlug = ""; }
+    void showLimitsWindow() override { visible = true; }
+    void hideLimitsWindow() override { visible = false; }
+    void chooseSegment(int index) override { segment = index; }
+    void setRowHead(int, const std::string&) override {}
+    void setLimit(int row, int column, const std::string& text) override {
+        if (row == 0 && column == 1) firstRow.clear();
+        if (row == 0) firstRow += text + ";";
+    }
+    [[nodiscard]] std::string limitText(int, int) const override { return ""; }
+    void setSlugLimit(int slug, int, const std::string& text) override {
+        if (slug == 1) firstSlug += text + ";";
+    }
+    void clearColours() override {}
+    void colourRow(int, std::uint32_t) override {}
+    void colourSlug(int, std::uint32_t) override {}
+    void setAcceptance(int, const std::string&) override {}
+    void setRejection(int, const std::string&) override {}
+    void enableValidatorTest(bool) override {}
+};
+
+inline std::string drop(int a, int b, int c) {
+    std::array<char, 32> line{};
+    const int length = std::snprintf(line.data(), line.size(), "M %5d %5d %5d\r", a, b, c);
+    return {line.data(), static_cast<std::size_t>(length)};
+}
+
+inline std::string drops(int count, int a = 1000, int b = 1500, int c = 2200) {
+    std::string lines;
+    for (int i = 0; i < count; ++i) lines += drop(a, b, c);
+    return lines;
+}
+
+/// The measurement floor on a fake mech and a fake port in virtual time.
+struct MeasureWorld : LinkWorld {
+    std::filesystem::path folder;
+    FakeFamily family{state, link};
+    FakeMeasureDisplay display;
+    FakeLimitsDisplay limitsDisplay;
+    LimitsReview limits{state, link, families, prompts, errors, limitsDisplay};
+    MeasureFlows flows{{state, link, families, prompts, errors, display, limits, limitsDisplay}};
+
+    MeasureWorld() {
+        folder = std::filesystem::path(::testing::TempDir()) /
+                 ("measure-" +
+                  std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        state.app.folder = folder;
+        families.add(family);
+        select(kMars, "ME111");
+        receiver.sinks.marsMeasurement = [this](std::string_view line) {
+            flows.loadMeasurement(line);
+        };
+        port.answer("Y", "Y   100   200   300\r");
+    }
+    ~MeasureWorld() { std::filesystem::remove_all(folder); }
+
+    static constexpr const char* kHead =
+        "Mars.ME111,\"Coins, new\",REF0123,V123\r\n2K,1,0,0,0,90,110,190,210,290,310\r\n";
+
+    std::filesystem::path file(const std::string& name, const std::string& text) {
+        std::ofstream(folder / name, std::ios::binary) << text;
+        return folder / name;
+    }
+    /// Runs a coinset of the usual head and `records`.
+    void run(const std::string& records) { runText(kHead + records); }
+    void runText(const std::string& text) {
+        prompts.chooseFile(file("coins.cst", text));
+        port.sent.clear();
+        flows.runCoinsetFile();
+    }
+    void answerItems(int count, Answer answer = Answer::yes) {
+        for (int i = 0; i < count; ++i) prompts.expect("Press YES to PROGRAM", answer);
+    }
+    [[nodiscard]] std::string log(const std::string& name = "log.csv") const {
+        return readFile(folder / name).value_or("<none>");
+    }
+    /// Nothing of a run is left over and the window can be used.
+    void expectReady() const {
+        const GatherState& gather = state.gather;
+        EXPECT_FALSE(gather.runActive || gather.gatherActive || gather.abortFlag ||
+                     gather.logEnabled);
+        EXPECT_EQ(gather.coinsRemaining, 0);
+        EXPECT_TRUE(display.runEnabled && display.backEnabled);
+        EXPECT_EQ(display.backCaption, 445);
+        EXPECT_TRUE(state.item.isCoin);
+    }
+};
+
+}  // namespace vantor::test
