@@ -63,7 +63,7 @@ bool RunFrame::openLog() {
 void RunFrame::askIdles() {
     SessionState& state = parts_.state;
     const bool& abort = state.gather.abortFlag;
-    parts_.link.waitFor(parts_.families.selected().coinsetRules().idleWaitMs, abort);
+    if (parts_.link.waitFor(parts_.families.selected().coinsetRules().idleWaitMs, abort)) return;
     state.gather.idleReading.fill(0);
     parts_.link.sendString("Y");
     // A stray line is no answer: only the values themselves end the wait.

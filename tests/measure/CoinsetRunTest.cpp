@@ -20,7 +20,7 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     prompts.expect("Press YES to PROGRAM new coin\r\n\r\nPress NO to KEEP existing coin",
                    Answer::yes, [this] { EXPECT_EQ(log(), "the log before"); });
     prompts.expect("Press YES", Answer::yes);
-    port.answer("N", drop(1000, 1500, 2200) + drop(1001, 1500, 2200) + drop(1002, 1500, 2201));
+    port.answer("N", drop(1000, 1500, 2200) + drop(1001, 1500, 2200) + drop(1002, 1500, 2203));
     port.answer("N", drops(2, 900, 1400, 2100));
     flows.runCoinsetFile();
 
@@ -36,13 +36,13 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
               "\"\",\"Thickness\",\"\",\"Diameter\",\"\",\"Material\",\"\",\"\"\r\n"
               "\"\",1000,\"\",1500,\"\",2200,\"\",\"\"\r\n"
               "\"\",1001,\"\",1500,\"\",2200,\"\",\"\"\r\n"
-              "\"\",1002,\"\",1500,\"\",2201,\"\",\"\"\r\n"
-              "\"Mean\",1001,\"\",\"\",\"\",1500,\"\",\"\",\"\",2200.3333,\"\",\"\",\"\",\"\"\r\n"
-              "\"SD Lower\",0.8164966,\"\",\"\",\"\",0.1,\"\",\"\",\"\",0.27216554,\"\",\"\",\"\","
+              "\"\",1002,\"\",1500,\"\",2203,\"\",\"\"\r\n"
+              "\"Mean\",1001,\"\",\"\",\"\",1500,\"\",\"\",\"\",2201,\"\",\"\",\"\",\"\"\r\n"
+              "\"SD Lower\",0.8164966,\"\",\"\",\"\",0.1,\"\",\"\",\"\",1,\"\",\"\",\"\","
               "\"\"\r\n"
-              "\"SD Upper\",0.8164966,\"\",\"\",\"\",0.1,\"\",\"\",\"\",0.6666016,\"\",\"\",\"\","
+              "\"SD Upper\",0.8164966,\"\",\"\",\"\",0.1,\"\",\"\",\"\",2,\"\",\"\",\"\","
               "\"\"\r\n"
-              "\"Limits : \",1000,\"\",1002,\"\",1499,\"\",1501,\"\",2199,\"\",2201,\"\",\"\"\r\n"
+              "\"Limits : \",1000,\"\",1002,\"\",1499,\"\",1501,\"\",2200,\"\",2202,\"\",\"\"\r\n"
               "\"\"\r\n"
               "\"Washer\",\"Slug\"\r\n"
               "\"\",\"Thickness\",\"\",\"Diameter\",\"\",\"Material\",\"\",\"\"\r\n"
@@ -56,7 +56,7 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     EXPECT_FALSE(std::filesystem::exists(folder / "log.csv.tmp"));
     EXPECT_TRUE(limitsDisplay.visible);
     EXPECT_FALSE(display.visible);
-    EXPECT_EQ(limitsDisplay.firstRow, "1000;1002;1499;1501;2199;2201;");
+    EXPECT_EQ(limitsDisplay.firstRow, "1000;1002;1499;1501;2200;2202;");
     EXPECT_EQ(limitsDisplay.firstSlug, "897;903;1396;1404;2095;2105;");
     EXPECT_TRUE(prompts.told("Gathered Coin Ten"));
     EXPECT_EQ(prompts.asked.back().title, "Complete");
@@ -142,10 +142,12 @@ TEST_F(CoinsetRun, CancelEndsEveryWaitAtOnce) {
         const char* sent;
     };
     const Case cases[] = {
-        {"before the idle request", true, 1000, "J<run>YWM"},
+        {"before the idle request", true, 1000, "J<run>WM"},
         {"waiting for the idle values", false, 0, "J<run>YWM"},
         {"waiting for drops", true, 0, "J<run>YNIWM"},
     };
+    // A second press while the window starts afresh is no way out of a run that has not ended.
+    family.whileStarting = [this] { flows.backButton(); };
     for (const Case& c : cases) {
         family.rules.idleWaitMs = c.idleWaitMs;
         if (!c.boxAnswersIdles) port.forget("Y");
@@ -160,6 +162,7 @@ TEST_F(CoinsetRun, CancelEndsEveryWaitAtOnce) {
         EXPECT_TRUE(display.visible) << c.name;
         EXPECT_EQ(display.caption, "Capture Measurements : ") << c.name;
         EXPECT_TRUE(prompts.scriptDone()) << c.name;
+        EXPECT_EQ(std::ranges::count(display.events, "main"), 0) << c.name;
         expectReady();
         port.answer("Y", "Y   100   200   300\r");
     }
@@ -187,7 +190,7 @@ TEST_F(CoinsetRun, IdlesOutOfLimitsEndTheRunBeforeAnyRecord) {
     port.forget("Y");
     state.gather.idleReading[0] = 100;
     run(kCoinA);
-    EXPECT_TRUE(prompts.told("Readings:     0             0 "));
+    EXPECT_TRUE(prompts.told("Readings:     0" + gap + " 0" + gap + " 0" + gap));
 }
 
 TEST_F(CoinsetRun, FilesThatAreNoCoinsetForThisMechAreRefused) {
@@ -203,7 +206,7 @@ TEST_F(CoinsetRun, FilesThatAreNoCoinsetForThisMechAreRefused) {
          {"Invalid Coin Mech Type: 435", "Invalid Coin Mech Manufacturer: CC"}},
         {"Mars.ME115,t,r,v\r\n", {"Invalid Coin Mech Type: ME115"}},
         {"Mars.me111,t,r,v\r\n", {"Invalid Coin Mech Type: me111"}},
-        {std::string(10'000'000, 'x'), {"Invalid Coin Mech Type: xxxx", "Manufacturer: "}},
+        {std::string(1'000'000, 'x'), {"Invalid Coin Mech Type: xxxx", "Manufacturer: "}},
     };
     for (const Case& c : cases) {
         prompts.asked.clear();

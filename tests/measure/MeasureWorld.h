@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <fstream>
 
+#include "LinkWorld.h"
 #include "measure/MeasureFlows.h"
 #include "platform/Files.h"
-#include "LinkWorld.h"
 
 namespace vantor::test {
 
@@ -19,6 +19,7 @@ class FakeFamily final : public MechFamily {
     CoinsetRules rules{.promLine = true, .alwaysReadsOldMemory = false};
     bool cloned = true;
     bool throwInStartRun = false;
+    std::function<void()> whileStarting;
     std::vector<std::string> calls;
 
     [[nodiscard]] std::string_view code() const override { return kMars; }
@@ -33,7 +34,10 @@ class FakeFamily final : public MechFamily {
     [[nodiscard]] bool readingValid() const override {
         return state_.gather.latestReading[0] >= 2 && state_.gather.latestReading[0] <= 3000;
     }
-    void startMeasuring() override { link_.sendString("M"); }
+    void startMeasuring() override {
+        link_.sendString("M");
+        if (whileStarting) whileStarting();
+    }
     void startRun() override {
         if (throwInStartRun) throw std::runtime_error("no timings");
         link_.sendString("<run>");
