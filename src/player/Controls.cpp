@@ -55,6 +55,8 @@ std::string listed(const std::vector<QString>& entries) {
 
 bool isOwnControl(const QWidget* child, const QWidget* window) {
     const QString name = child->objectName();
+    // The toolkit names the arrows of its tab bars too.
+    if (qobject_cast<const QTabBar*>(child->parentWidget())) return false;
     return !name.isEmpty() && !name.startsWith(QLatin1String("qt_")) && !child->isWindow() &&
            child->window() == window;
 }
