@@ -270,8 +270,10 @@ void ProgrammerLink::countDown(int& counter, int ms, const std::function<bool()>
     if (state_.link.ending) throw ProgramEnded{};
     const DepthScope depth(waitDepth_);
     const CounterScope scope(counter, ms, ticks_);
+    const Micros from = loop_.now();
     drain();
     while (counter > 0 && !done()) pumpOnce();
+    if (spentWaits_ != nullptr && counter <= 0) spentWaits_->push_back({from, loop_.now()});
 }
 
 bool ProgrammerLink::waitFor(int ms, const std::function<bool()>& done) {

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <string_view>
+#include <vector>
 
 #include "catalogue/ErrorReporter.h"
 #include "catalogue/SessionState.h"
@@ -85,6 +86,14 @@ class ProgrammerLink {
 
     [[nodiscard]] EventLoop& loop() { return loop_; }
 
+    /// A wait that ran its whole time: nothing it waited for came, or it was a plain delay.
+    struct SpentWait {
+        Micros from{};
+        Micros to{};
+    };
+    /// Notes every wait that ran its whole time, for measurements; nullptr notes nothing.
+    void noteSpentWaits(std::vector<SpentWait>* notes) { spentWaits_ = notes; }
+
   private:
     class CounterScope;
 
@@ -113,6 +122,7 @@ class ProgrammerLink {
     RepeatingTimer timer1_, timer2_, timer3_;
     EventLoop::TimerId idleDrainId_ = 0;
     EventLoop::TimerId closeId_ = 0;
+    std::vector<SpentWait>* spentWaits_ = nullptr;
     int waitDepth_ = 0;
     long long ticks_ = 0;
 };
