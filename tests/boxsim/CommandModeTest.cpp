@@ -144,6 +144,14 @@ TEST(SerialMode, BreakAndEscapes) {
     }
 }
 
+TEST(SerialMode, TheEscapesMustComeInARow) {
+    BoxBench bench;
+    bench.ask("$05");
+    bench.breakThen(150ms, 19);
+    EXPECT_EQ(bench.ask("x" + std::string(20, '\x1B')), "");
+    EXPECT_TRUE(bench.box.inSerialMode());
+}
+
 TEST(SerialMode, EveryModeCommandIsConfirmedAndNoOther) {
     for (const char* mode : {"$01", "$05", "$06", "$23", "$25"}) {
         BoxBench bench;

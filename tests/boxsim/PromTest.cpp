@@ -98,15 +98,16 @@ TEST(Prom, WhatCannotBeUnderstoodIsNeitherStoredNorAcknowledged) {
 TEST(Prom, ProgrammingTakesItsTimeAndTheBoxHearsLater) {
     BoxBench bench;
     bench.box.insertProm(PromKind::bipolar, 256);
-    bench.send("P0000000000000000000\rS");  // 21 bytes and the S behind them
+    bench.send("P0000000000000000000\rN");  // 21 bytes and the N behind them
+    bench.loop.advance(50ms);
+    EXPECT_FALSE(bench.box.coinDataOn());  // it has come, but the box is at work
     bench.loop.advance(1s);
+    EXPECT_TRUE(bench.box.coinDataOn());
     const auto& wire = bench.box.transcript();
     const auto ack = std::find_if(wire.begin(), wire.end(), [](auto& w) { return w.fromBox; });
     // 21 bytes, 16 cells of 2 ms, 0.5 ms, one byte.
     EXPECT_EQ(ack->at, 21875us + 32500us + 1042us);
-    EXPECT_EQ((ack + 2)->byte, 'N');
-    EXPECT_GE((ack + 2)->at, 21875us + 32500us + 500us + 1042us);
-    EXPECT_EQ(bench.box.ownTime(), 33000us);
+    EXPECT_EQ(bench.box.ownTime(), 32500us);
 }
 
 }  // namespace
