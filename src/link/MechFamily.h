@@ -59,6 +59,13 @@ class MechFamily {
     /// `mechPresent`.
     virtual void probeMech() {}
 
+    // --- validator test
+
+    /// What the mech needs beyond the box's test mode, for models whose test says so: sensor
+    /// timings, or the mech's own serial mode in which it sends coin records. False when the mech
+    /// did not answer.
+    [[nodiscard]] virtual bool prepareValidatorTest() { return false; }
+
     // --- measuring
 
     /// The mech reports coins from now on. Families with their own reading loop (CC, NRI) run it

@@ -261,7 +261,11 @@ void ProgrammerLink::drain() {
 // --- waiting -------------------------------------------------------------------------------
 
 void ProgrammerLink::pumpOnce() {
-    loop_.pump();
+    if (holdingInput()) {
+        loop_.pumpHoldingInput();
+    } else {
+        loop_.pump();
+    }
     drain();
     if (state_.link.ending) throw ProgramEnded{};
 }
@@ -296,6 +300,11 @@ void ProgrammerLink::waitTicks(int ms) {
     constexpr int kStep = 10;
     const int rounded = std::max(ms / kStep * kStep, kStep);
     countDown(state_.link.delayCounter, rounded, [] { return false; });
+}
+
+void ProgrammerLink::waitTicksHoldingInput(int ms) {
+    const DepthScope hold(holdDepth_);
+    waitTicks(ms);
 }
 
 void ProgrammerLink::endProgramNow() {

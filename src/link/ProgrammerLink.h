@@ -76,6 +76,10 @@ class ProgrammerLink {
     void waitUntil(const std::function<bool()>& done);
     /// About `ms` milliseconds on the 20 ms tick: at least 10, rounded down to a multiple of 10.
     void waitTicks(int ms);
+    /// The same for a decoder, which no action of the technician may overtake.
+    void waitTicksHoldingInput(int ms);
+    /// Such a wait is running.
+    [[nodiscard]] bool holdingInput() const { return holdDepth_ > 0; }
 
     /// Asks the program to end: the innermost wait throws.
     void endProgram() { state_.link.ending = true; }
@@ -124,6 +128,7 @@ class ProgrammerLink {
     EventLoop::TimerId closeId_ = 0;
     std::vector<SpentWait>* spentWaits_ = nullptr;
     int waitDepth_ = 0;
+    int holdDepth_ = 0;
     long long ticks_ = 0;
 };
 

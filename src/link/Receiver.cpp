@@ -271,7 +271,7 @@ void Receiver::acceptedLetter(char letter) {
     showCoin();
     if (model != nullptr && model->coinPause) {
         link_.sendString("C01");
-        link_.waitTicks(kCoinPauseMs);
+        link_.waitTicksHoldingInput(kCoinPauseMs);
         link_.sendString("C00");
     }
 }

@@ -83,6 +83,11 @@ void MarsFamily::afterStatus(bool detect) {
     link_.sendW();
 }
 
+bool MarsFamily::prepareValidatorTest() {
+    setupMarsTimings(state_.mech.mechType);
+    return true;
+}
+
 // --- measuring -----------------------------------------------------------------------------
 
 void MarsFamily::enableCoinData(int) {

@@ -21,6 +21,8 @@ class MarsFamily final : public MechFamily {
     void beforeStatus() override;
     void afterStatus(bool detect) override;
 
+    [[nodiscard]] bool prepareValidatorTest() override;
+
     void enableCoinData(int channel) override;
     void disableCoinData() override;
     [[nodiscard]] bool readingValid() const override;

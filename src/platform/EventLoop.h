@@ -31,6 +31,9 @@ class EventLoop {
     /// One turn: handles what is due; when nothing is, waits for the next event and handles that.
     /// May be called from within a callback (a flow that waits inside an event).
     virtual void pump() = 0;
+
+    /// The same, but what the technician does meanwhile is kept for later.
+    virtual void pumpHoldingInput() { pump(); }
 };
 
 /// Calls back at a fixed interval until stopped or destroyed.

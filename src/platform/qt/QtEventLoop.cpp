@@ -70,4 +70,9 @@ void QtEventLoop::pump() {
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
+void QtEventLoop::pumpHoldingInput() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::WaitForMoreEvents);
+}
+
 }  // namespace vantor

@@ -20,6 +20,7 @@ class QtEventLoop final : public QObject, public EventLoop {
     TimerId callAfter(Micros delay, Callback callback) override;
     void cancel(TimerId id) override;
     void pump() override;
+    void pumpHoldingInput() override;
 
   private:
     using Key = std::pair<Micros, TimerId>;
