@@ -65,7 +65,7 @@ BenchResult switched(Words words, const std::function<void(bool)>& action) {
 }
 
 BenchResult drop(SimulatedBox& box, Words words) {
-    // drop COIN [COUNT] [every MS]
+    // drop COIN [COUNT] [[every] MS]
     if (words.size() < 2) return wrong("drop needs a coin; \"coins\" lists them");
     int count = 1;
     int every = 400;
@@ -76,9 +76,10 @@ BenchResult drop(SimulatedBox& box, Words words) {
         count = *given;
     }
     if (next < words.size()) {
-        const bool pair = lowered(words[next]) == "every" && next + 2 == words.size();
-        const auto given = pair ? number(words[next + 1], 1, kLongestPause) : std::nullopt;
-        if (!given) return wrong("drop COIN [COUNT] [every MS]");
+        if (lowered(words[next]) == "every") ++next;
+        const bool last = next + 1 == words.size();
+        const auto given = last ? number(words[next], 1, kLongestPause) : std::nullopt;
+        if (!given) return wrong("drop COIN [COUNT] [[every] MS]");
         every = *given;
     }
     if (box.validator().empty()) return wrong("no validator is plugged in");
@@ -307,7 +308,7 @@ struct BenchCommand {
 };
 
 constexpr std::array kCommands = {
-    BenchCommand{"drop", "drop COIN [COUNT] [every MS]", drop},
+    BenchCommand{"drop", "drop COIN [COUNT] [[every] MS]", drop},
     BenchCommand{"drop-raw", "drop-raw V1 V2 V3", dropRaw},
     BenchCommand{"coins", "coins", coins},
     BenchCommand{"insert", "insert bipolar|e1|none 1K|2K [blank|FILE]", insert},

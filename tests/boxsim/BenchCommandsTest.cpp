@@ -36,7 +36,7 @@ TEST(BenchCommands, DoWhatTheySay) {
     bench.loop.advance(1s);
     EXPECT_EQ(std::count(bench.received.begin(), bench.received.end(), 'M'), 4);
     bench.received.clear();
-    run("drop '20 pell' every 5");
+    run("drop '20 pell' 1 5");
     run("drop-raw 7 8 9");
     bench.loop.advance(1s);
     EXPECT_NE(bench.received.find("M 00007 00008 00009\r"), std::string::npos);
@@ -92,7 +92,7 @@ TEST(BenchCommands, RefuseWhatTheyDoNotUnderstand) {
                              "drop",
                              "drop nothing",
                              "drop '1 Dorin' 0",
-                             "drop '1 Dorin' 2 3",
+                             "drop '1 Dorin' 2 3 4",
                              "drop '1 Dorin' every",
                              "drop-raw 1 2",
                              "drop-raw 1 2 x",

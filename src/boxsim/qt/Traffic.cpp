@@ -7,6 +7,9 @@ namespace vantor::boxsim {
 
 namespace {
 
+/// A pause after which what follows is another command.
+constexpr std::chrono::milliseconds kPause{50};
+
 std::string nameOf(std::uint8_t byte) {
     switch (byte) {
         case 6:
@@ -49,7 +52,8 @@ std::string trafficText(std::span<const WireByte> bytes) {
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         const bool turned = i == 0 || bytes[i].fromBox != bytes[i - 1].fromBox;
-        const bool newLine = i > 0 && bytes[i - 1].fromBox && bytes[i - 1].byte == 13;
+        const bool newLine = i > 0 && ((bytes[i - 1].fromBox && bytes[i - 1].byte == 13) ||
+                                       bytes[i].at - bytes[i - 1].at > kPause);
         if (turned || newLine) {
             std::array<char, 48> head{};
             const double at = std::chrono::duration<double>(bytes[i].at).count();
