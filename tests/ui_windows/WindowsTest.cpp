@@ -7,6 +7,8 @@
 #include <QRadioButton>
 #include <set>
 
+#include "catalogue/LanguageFile.h"
+
 namespace vantor::test {
 namespace {
 
@@ -433,22 +435,30 @@ std::string cutTexts(QWidget& window) {
 TEST_F(Windows, LongerLanguagesFit) {
     const std::pair<std::string_view, std::string_view> models[] = {
         {kMars, "ME111"}, {kCoinControls, "435"}, {kNri, "G13-6000"}};
-    for (const bool longer : {false, true}) {
-        if (longer) w.speakLongLanguage();
+    for (const std::string language : {"English", "longer", "Deutsch", "Francais", "Espa\xF1ol"}) {
+        if (language == "longer") {
+            w.speakLongLanguage();
+        } else {
+            w.state.messages.language = language;
+            loadLanguage(w.state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
+                         w.base.prompts, w.base.errors);
+        }
+        const bool longer = language != "English";
+        const QString shot = toQt(language) + QLatin1Char('-');
         for (const auto& [maker, model] : models) {
-            SCOPED_TRACE(std::string(model) + (longer ? " longer" : ""));
+            SCOPED_TRACE(std::string(model) + " " + language);
             openMeasure(maker, model);
             w.measure.setBackButton(445, true);
             EXPECT_EQ(cutTexts(w.measure), "");
             const QString suffix = QString::fromLatin1(model.data(), qsizetype(model.size()));
-            if (longer) shoot(w.measure, QStringLiteral("long-measure-") + suffix);
+            if (longer) shoot(w.measure, shot + QStringLiteral("measure-") + suffix);
             w.measure.showWizardPanel(true);
             EXPECT_EQ(cutTexts(w.measure), "");
-            if (longer) shoot(w.measure, QStringLiteral("long-wizard-") + suffix);
+            if (longer) shoot(w.measure, shot + QStringLiteral("wizard-") + suffix);
             w.measure.closeWindow();
             openLimits(maker, model);
             EXPECT_EQ(cutTexts(w.limits), "");
-            if (longer) shoot(w.limits, QStringLiteral("long-limits-") + suffix);
+            if (longer) shoot(w.limits, shot + QStringLiteral("limits-") + suffix);
             w.limits.closeWindow();
         }
     }
