@@ -60,11 +60,9 @@ void MainActions::startOffering() {
 void MainActions::enableAll(bool enabled) {
     p_.main.enableModelLists(enabled);
     for (const Action& action : table()) {
-        if (action.perform == nullptr || p_.families.find(action.maker) == nullptr) {
-            p_.main.setNotAvailable(action.button);
-        } else {
-            p_.main.enableAction(action.button, enabled);
-        }
+        const bool available =
+            action.perform != nullptr && p_.families.find(action.maker) != nullptr;
+        p_.main.offerAction(action.button, enabled, available);
     }
 }
 

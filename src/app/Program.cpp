@@ -9,9 +9,15 @@
 #include "app/frmMain.h"
 #include "app/frmOpening.h"
 #include "catalogue/ErrorReporter.h"
+#include "limits/LimitsReview.h"
+#include "limits/frmPROM.h"
 #include "link/MechCheck.h"
 #include "link/ProgrammerLink.h"
 #include "link/Receiver.h"
+#include "mars/MarsFamily.h"
+#include "mars/frmProgramming.h"
+#include "measure/MeasureFlows.h"
+#include "measure/frmCoinMeasure1.h"
 #include "platform/ProgramEnded.h"
 #include "platform/qt/ActionFrame.h"
 
@@ -34,6 +40,19 @@ struct Program::Impl {
           receiver(state, link, platform.prompts, errors),
           check(state, link, families, platform.prompts, errors),
           sounds(state, platform.sounds, errors),
+          programming(state),
+          mars(state, link, platform.prompts, errors, programming),
+          measureWindow(state, actions, families, errors),
+          limitsWindow(state, actions, errors),
+          limits(state, link, families, platform.prompts, errors, limitsWindow),
+          measure({.state = state,
+                   .link = link,
+                   .families = families,
+                   .prompts = platform.prompts,
+                   .errors = errors,
+                   .display = measureWindow,
+                   .limits = limits,
+                   .limitsDisplay = limitsWindow}),
           main(state, actions),
           opening(actions),
           config(state, platform.prompts, errors, main),
@@ -58,30 +77,60 @@ struct Program::Impl {
                    .config = config,
                    .mainActions = mainActions}) {
         state.app.folder = std::move(folder);
+        families.add(mars);
         platform.prompts.setEnding([this] { return state.link.ending; });
         link.setEndedHandler(
             [this] { actions.runThrough(kReceptionError, [] { throw ProgramEnded{}; }); });
         link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
         link.setCoinDisplayReset([this] { receiver.resetValtestDisplay(); });
         connectSinks();
+        connectWindows();
     }
 
     ~Impl() { platform.prompts.setEnding({}); }
+
+    void connectWindows() {
+        measureWindow.setFlows(measure);
+        measureWindow.hideMain = [this] { main.hide(); };
+        measureWindow.backToMain = [this] {
+            main.show();
+            mainActions.setupMainForm();
+        };
+        limitsWindow.setReview(limits);
+        limitsWindow.back = [this] { measure.CoinInitialise(0); };
+        limits.setTransfer([this] { measure.PROMxfr(); });
+        mainActions.openMeasurement = [this] {
+            measureWindow.openWindow();
+            main.hide();
+        };
+    }
 
     void connectSinks() {
         MessageSinks& sinks = receiver.sinks;
         sinks.lastLine = [this](const std::string& line) { main.showLastLine(line); };
         sinks.boxVersion = [this](const std::string& version) { main.showBoxVersion(version); };
+        sinks.promLine = [this](std::string_view line) { mars.parsePromLine(line); };
+        sinks.marsMeasurement = [this](std::string_view line) { measure.loadMeasurement(line); };
+        sinks.logReading = [this] { measure.logReading(); };
+        sinks.reading = [this] { measure.updateStats(0); };
         sinks.makeSound = [this](int kind) { sounds.makeSound(kind); };
     }
 
-    [[nodiscard]] std::array<QWidget*, 2> windows() { return {&main, &opening}; }
+    [[nodiscard]] std::array<QWidget*, 5> windows() {
+        return {&main, &opening, &measureWindow, &limitsWindow, &programming};
+    }
 
     // Nothing of the program's own is on the stack any more.
     void finish() {
         if (finished) return;
         finished = true;
         link.closePort();
+        // The log is renamed to its place as it closes; a failure is told by nobody any more.
+        try {
+            measure.closeFiles();
+        } catch (const std::exception&) {
+            qWarning("the results log could not be closed");
+        }
         for (QWidget* window : windows()) window->hide();
         if (ended) ended();
     }
@@ -97,6 +146,12 @@ struct Program::Impl {
     Receiver receiver;
     MechCheck check;
     Sounds sounds;
+    FrmProgramming programming;
+    MarsFamily mars;
+    FrmCoinMeasure1 measureWindow;
+    FrmPROM limitsWindow;
+    LimitsReview limits;
+    MeasureFlows measure;
     FrmMain main;
     FrmOpening opening;
     ConfigPanel config;

@@ -5,6 +5,7 @@
 
 #include "catalogue/MechCatalogue.h"
 #include "platform/qt/ActionFrame.h"
+#include "platform/qt/Controls.h"
 #include "platform/qt/QtText.h"
 #include "ui_frmMain.h"
 
@@ -137,13 +138,8 @@ void FrmMain::enableModelLists(bool enabled) {
     }
 }
 
-void FrmMain::enableAction(const char* name, bool enabled) {
-    actions_.setEnabled(button(name), enabled);
-}
-
-void FrmMain::setNotAvailable(const char* name) {
-    button(name)->setToolTip(QStringLiteral("not available yet"));
-    actions_.setEnabled(button(name), false);
+void FrmMain::offerAction(const char* name, bool wanted, bool available) {
+    offer(actions_, button(name), wanted, available);
 }
 
 std::string FrmMain::chosenModel(const char* list) const {

@@ -1,0 +1,188 @@
+#include "ProgramFixture.h"
+
+namespace vantor::test {
+namespace {
+
+const auto mainReady = [] { return visible("frmMain.tabManufacturer"); };
+const auto panelShown = [] { return visible("frmMain.frmConfig"); };
+
+class MainWindowTest : public ProgramTest {
+  protected:
+    MainWindowTest() { writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n"); }
+
+    void whenReady(std::function<void()> act) {
+        hands.when(
+            "the main window", [this] { return program->idle(); }, std::move(act));
+    }
+};
+
+TEST_F(MainWindowTest, OnlyWhatExistsIsOffered) {
+    run();
+    EXPECT_TRUE(enabled("frmMain.cmdMars"));
+    EXPECT_TRUE(enabled("frmMain.cmbMarsMech"));
+    for (const char* name : {"cmdValtest", "cmdPROMutilities", "cmdCCprog", "cmdCCValTest",
+                             "cmdCCprom", "cmdNRIprog", "cmdNRIvaltest", "cmdNRIprom"}) {
+        EXPECT_FALSE(enabled(std::string("frmMain.") + name)) << name;
+        EXPECT_EQ(widget(std::string("frmMain.") + name)->toolTip(),
+                  QStringLiteral("not available yet"))
+            << name;
+    }
+    EXPECT_EQ(widget("frmMain.cmdMars")->toolTip(), QString());
+}
+
+TEST_F(MainWindowTest, NothingIsOfferedBeforeTheStartUpIsOver) {
+    box.setSilent(true);
+    hands.when(
+        "Retry", [] { return visible("frmOpening.cmdRetry"); },
+        [this] {
+            EXPECT_FALSE(enabled("frmMain.cmdMars"));
+            EXPECT_FALSE(program->idle());
+            box.setSilent(false);
+            click("frmOpening.cmdRetry");
+        });
+    // Retry shows the window at once; the last check is still to come.
+    hands.when("the main window", mainReady, [this] {
+        EXPECT_FALSE(enabled("frmMain.cmdMars"));
+        EXPECT_TRUE(enabled("frmMain.cmdExit"));
+        EXPECT_FALSE(program->idle());
+    });
+    run();
+    EXPECT_TRUE(enabled("frmMain.cmdMars"));
+}
+
+TEST_F(MainWindowTest, ProgramMechOpensTheMeasurementWindowAndBackReturns) {
+    whenReady([] {
+        choose("frmMain.cmbMarsMech", "ME181");
+        click("frmMain.cmdMars");
+    });
+    hands.when(
+        "the measurement window", [this] { return visible("frmCoinMeasure1") && program->idle(); },
+        [this] {
+            EXPECT_FALSE(visible("frmMain"));
+            EXPECT_EQ(program->state().mech.mechType, "ME181");
+            EXPECT_EQ(program->state().mech.info.channelCount, 12);
+            EXPECT_TRUE(visible("frmCoinMeasure1.chkduplicate"));
+            EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text(),
+                      "Duplicate Segments");
+            click("frmCoinMeasure1.cmdBack");
+        });
+    hands.when("the main window again", mainReady, [] {});
+    run();
+    EXPECT_FALSE(visible("frmCoinMeasure1"));
+    EXPECT_TRUE(enabled("frmMain.cmdMars"));
+    EXPECT_EQ(program->state().prom.promSizeCode, 0);
+}
+
+TEST_F(MainWindowTest, WithoutAValidatorTheMainWindowStays) {
+    box.unplugValidator();
+    whenReady([] { click("frmMain.cmdMars"); });
+    hands.answer("Validator NOT DETECTED", QMessageBox::Ok);
+    run();
+    EXPECT_TRUE(mainReady());
+    EXPECT_TRUE(enabled("frmMain.cmdMars"));
+    EXPECT_FALSE(visible("frmCoinMeasure1"));
+}
+
+TEST_F(MainWindowTest, WhileACheckRunsOnlyExitIsEnabledAndOtherClicksDoNothing) {
+    whenReady([] { click("frmMain.cmdMars"); });
+    hands.when(
+        "the check", [this] { return program->actions().busy(); },
+        [this] {
+            for (const char* name : {"cmdMars", "cmdConfig", "cmbMarsMech"}) {
+                EXPECT_FALSE(enabled(std::string("frmMain.") + name)) << name;
+            }
+            EXPECT_TRUE(enabled("frmMain.cmdExit"));
+            click("frmMain.cmdConfig");
+            EXPECT_FALSE(panelShown());
+            click("frmMain.cmdExit");
+        });
+    hands.when("the end", [this] { return endings > 0; });
+    run();
+    EXPECT_EQ(endings, 1);
+    EXPECT_FALSE(visible("frmCoinMeasure1"));
+    EXPECT_FALSE(port.isOpen());
+}
+
+TEST_F(MainWindowTest, ASilentBoxOffersTheWayBackOrTheEnd) {
+    for (const bool cancel : {false, true}) {
+        whenReady([this] {
+            box.setSilent(true);
+            click("frmMain.cmdMars");
+        });
+        hands.answer("No Response from Programmer Box",
+                     cancel ? QMessageBox::Cancel : QMessageBox::Ok);
+        if (program == nullptr) {
+            run();
+        } else {
+            hands.start(kLimit, [this] { program->link().endProgram(); });
+            loop.runUntil([this] { return endings > 0; }, kLimit);
+        }
+        EXPECT_EQ(endings, cancel ? 1 : 0);
+        EXPECT_EQ(mainReady(), !cancel);
+    }
+}
+
+TEST_F(MainWindowTest, APulledAdapterIsToldOnceAndTheNextActionOpensThePortAgain) {
+    whenReady([this] {
+        box.unplug();
+        click("frmMain.cmdMars");
+    });
+    hands.answer("No Response from Programmer Box", QMessageBox::Ok);
+    hands.when(
+        "the report", [] { return test::box("206", "notice") != nullptr; },
+        [this] {
+            press(test::box("206", "notice"), QMessageBox::Ok);
+            EXPECT_EQ(test::box("206", "notice"), nullptr);
+            EXPECT_FALSE(program->state().link.portOpen);
+            box.replug();
+        });
+    hands.when(
+        "an end of the flow", [this] { return program->idle(); }, [] { click("frmMain.cmdMars"); });
+    hands.when("the measurement window", [] { return visible("frmCoinMeasure1"); });
+    run();
+    EXPECT_TRUE(program->state().link.portOpen);
+}
+
+TEST_F(MainWindowTest, ChangeConfigIsSavedOrForgotten) {
+    write("Espanol.txt", "872, Salir\r\n850,Configuraci\xF3n\r\n");
+    const std::string before = config();
+    whenReady([] {
+        click("frmMain.cmdConfig");
+        EXPECT_TRUE(panelShown());
+        EXPECT_FALSE(mainReady());
+        choose("frmMain.ComboPort", "COM30");
+        choose("frmMain.cmbLanguage", "Deutsch");
+        click("frmMain.cmdCancConfig");
+    });
+    hands.when("the tabs", mainReady, [&] {
+        EXPECT_EQ(config(), before);
+        EXPECT_EQ(program->state().link.portNumber, 1);
+        click("frmMain.cmdConfig");
+        EXPECT_EQ(widget<QComboBox>("frmMain.ComboPort")->currentText(), "COM1");
+        EXPECT_EQ(widget<QComboBox>("frmMain.cmbLanguage")->currentText(), "English");
+        choose("frmMain.ComboPort", "COM30");
+        choose("frmMain.cmbLanguage", "Espa\xC3\xB1ol");
+        click("frmMain.cmdSaveConfig");
+    });
+    run();
+    EXPECT_EQ(config(), "\" 30\",\"Espa\xF1ol\",\" 0\",\" 0\",\"\"\r\n");
+    EXPECT_EQ(widget<QAbstractButton>("frmMain.cmdExit")->text(), "Salir");
+    EXPECT_EQ(program->state().link.portNumber, 30);
+    EXPECT_TRUE(port.isOpen());
+}
+
+TEST_F(MainWindowTest, ThePortListSaysWhatStandsBehindAPort) {
+    run();
+    auto* list = widget<QComboBox>("frmMain.ComboPort");
+    ASSERT_EQ(list->count(), 30);
+    QHelpEvent asked(QEvent::ToolTip, {}, {});
+    QCoreApplication::sendEvent(list, &asked);
+    EXPECT_EQ(list->itemText(29), "COM30");
+    EXPECT_EQ(list->itemData(0, Qt::ToolTipRole).toString(),
+              "COM1: /dev/fake1, present (Bench adapter)");
+    EXPECT_EQ(list->itemData(1, Qt::ToolTipRole).toString(), "COM2: /dev/fake2, not there now");
+    EXPECT_EQ(list->toolTip(), "COM1: /dev/fake1, present (Bench adapter)");
+}
+
+}  // namespace
+}  // namespace vantor::test
