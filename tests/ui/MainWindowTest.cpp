@@ -60,7 +60,7 @@ TEST_F(MainWindowTest, ProgramMechOpensTheMeasurementWindowAndBackReturns) {
         [this] {
             EXPECT_FALSE(visible("frmMain"));
             EXPECT_EQ(program->state().mech.mechType, "ME181");
-            EXPECT_EQ(program->state().mech.info.channelCount, 12);
+            EXPECT_EQ(program->state().prom.promSizeCode, 1);
             EXPECT_TRUE(visible("frmCoinMeasure1.chkduplicate"));
             EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text(),
                       "Duplicate Segments");
