@@ -84,7 +84,7 @@ void MarsProm::waitForBox(int ms, const bool& flag) {
 
 bool MarsProm::readMemory() {
     ImagesState& images = state_.images;
-    state_.noteOldImage(false);
+    images.oldComplete = false;
     errors_.attempt(103, [&] {
         link_.sendAndWait("E");
         // Only now, so that late lines of an earlier read do not count for this one.

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <ostream>
+
+#include "ProgramFixture.h"
+#include "Technician.h"
+#include "catalogue/Text.h"
+
+namespace vantor::test {
+namespace {
+
+namespace fs = std::filesystem;
+using boxsim::PromKind;
+
+/// The program behind its main window, and a technician at the bench.
+class Road : public ProgramTest {
+  protected:
+    void openMain(const std::string& model) {
+        box.plugValidator(kMars, model);
+        writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
+        run();
+        ASSERT_TRUE(visible("frmMain"));
+        choose("frmMain.cmbMarsMech", model);
+    }
+    void openMeasurement() {
+        click("frmMain.cmdMars");
+        ASSERT_TRUE(visible("frmCoinMeasure1"));
+    }
+    void runCoinset(const std::string& file) {
+        technician.coinset = fs::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / file;
+        click("frmCoinMeasure1.cmdRunCoinset");
+    }
+    [[nodiscard]] std::vector<std::uint8_t> cells() const {
+        const auto cells = box.promCells();
+        return {cells.begin(), cells.end()};
+    }
+
+    Technician technician{loop, box};
+};
+
+int shownLimit(int row, int column) {
+    return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(row * 6 + column - 1))->text().toInt();
+}
+
+/// Writes a segment as the mech reads it, from what the window shows: an encoder of the test's
+/// own, so that a mistake in the program's shows.
+void expectSegment(const std::vector<std::uint8_t>& cells, std::size_t base, const std::string& reference) {
+    ASSERT_GE(cells.size(), base + 128);
+    EXPECT_EQ(cells[base], 15);
+    for (int coin = 0; coin < 6; ++coin) {
+        for (int column = 1; column <= 6; ++column) {
+            const std::size_t at = base + 1 + static_cast<std::size_t>(36 * ((column - 1) / 2) + 6 * coin + 3 * ((column - 1) % 2));
+            const int value = cells[at] + 16 * cells[at + 1] + 256 * cells[at + 2];
+            EXPECT_EQ(value, shownLimit(coin, column)) << "coin " << coin << " column " << column;
+        }
+    }
+    std::string text;
+    for (std::size_t at = base + 112; at < base + 128; at += 2) {
+        text += static_cast<char>(16 * cells[at] + cells[at + 1]);
+    }
+    EXPECT_EQ(text, reference);
+}
+
+struct Case {
+    std::string model, coinset;
+    PromKind kind;
+    int words;
+    std::size_t base;  ///< of the block that is shown first
+    std::string reference;
+};
+
+void PrintTo(const Case& road, std::ostream* out) {
+    *out << road.coinset;
+}
+
+class EveryModel : public Road, public ::testing::WithParamInterface<Case> {};
+
+TEST_P(EveryModel, IsProgrammedFromItsCoinset) {
+    const Case& road = GetParam();
+    technician.prom = road.kind;
+    technician.promWords = road.words;
+    technician.oldProm.assign(static_cast<std::size_t>(road.words), 3);
+    openMain(road.model);
+    openMeasurement();
+    widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(true);
+    technician.log = folder() / "results.old.txt";
+    runCoinset(road.coinset);
+    ASSERT_TRUE(visible("frmPROM")) << (technician.seen.empty() ? "" : technician.seen.back());
+    EXPECT_TRUE(technician.saw("Data Gathering Complete"));
+    EXPECT_FALSE(technician.saw("Error"));
+
+    if (road.kind == PromKind::bipolar) click("frmPROM.optBipolarPROM");
+    click("frmPROM.cmdProgPROM");
+    EXPECT_TRUE(technician.saw("Verify|Verify PROM OK"));
+    expectSegment(cells(), road.base, road.reference);
+    EXPECT_TRUE(program->idle());
+    EXPECT_FALSE(box.inSerialMode());
+    loop.advance(std::chrono::milliseconds(10));
+    EXPECT_EQ(box.sentByPc().back(), 'W') << "the validator is switched back";
+
+    const std::string log = readFile(folder() / "results.csv").value_or("");
+    EXPECT_NE(log.find("\"Idles\","), std::string::npos);
+    EXPECT_NE(log.find("\"SD Upper\","), std::string::npos);
+
+    click("frmPROM.cmdBack1");
+    ASSERT_TRUE(visible("frmCoinMeasure1"));
+    click("frmCoinMeasure1.cmdBack");
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmMain.cmdMars"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Mars, EveryModel,
+    ::testing::Values(Case{"ME111", "ME111-Dorin.cst", PromKind::e1, 256, 0, "DOR111.0"},
+                      Case{"ME111", "ME111-Dorin.cst", PromKind::bipolar, 256, 0, "DOR111.0"},
+                      Case{"ME111", "ME111-Dorin-2K.cst", PromKind::e1, 512, 0, "DOR211.2"},
+                      Case{"ME181", "ME181-Dorin.cst", PromKind::e1, 512, 128, "DOR181.0"},
+                      Case{"ME181", "ME181-Dorin.cst", PromKind::bipolar, 512, 128, "DOR181.0"},
+                      Case{"MS1000", "MS1000-Dorin.cst", PromKind::bipolar, 256, 0, "DOR102.1"},
+                      Case{"MS111", "MS111-Dorin.cst", PromKind::e1, 256, 0, "DOR311.1"},
+                      Case{"MS130B1", "MS130B1-Dorin.cst", PromKind::bipolar, 256, 0, "DOR131.0"},
+                      Case{"MS1400", "MS1400-Dorin.cst", PromKind::e1, 512, 0, "DOR141.0"},
+                      Case{"ME111", "QZ-Tokens-ME111.cst", PromKind::e1, 256, 128, "TOKEN0.9"}),
+    [](const auto& row) {
+        std::string name = row.param.coinset + (row.param.kind == PromKind::e1 ? "E1" : "Bipolar");
+        std::erase_if(name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); });
+        return name;
+    });
+
+}  // namespace
+}  // namespace vantor::test
