@@ -10,6 +10,7 @@
 #include "boxsim/PromSocket.h"
 #include "boxsim/Wire.h"
 #include "catalogue/MechCatalogue.h"
+#include "catalogue/Text.h"
 #include "platform/Files.h"
 
 namespace vantor::boxsim {
@@ -100,6 +101,32 @@ BenchResult dropRaw(SimulatedBox& box, Words words) {
     if (box.validator().empty()) return wrong("no validator is plugged in");
     box.dropRaw(values[0], values[1], values[2]);
     return {};
+}
+
+BenchResult report(SimulatedBox& box, const std::string& event) {
+    if (box.reportTestEvent(event)) return {};
+    return wrong("no validator is being tested");
+}
+
+BenchResult coin(SimulatedBox& box, Words words) {
+    const std::string letter = words.size() == 2 ? upperCase(words[1]) : std::string();
+    if (letter.size() != 1 || letter[0] < 'A' || letter[0] > 'I') {
+        return wrong("coin needs a letter from A to I");
+    }
+    return report(box, letter);
+}
+
+BenchResult reject(SimulatedBox& box, Words words) {
+    if (words.size() != 1) return wrong("reject stands alone");
+    return report(box, "R");
+}
+
+BenchResult pattern(SimulatedBox& box, Words words) {
+    const std::string digits = words.size() == 2 ? upperCase(words[1]) : std::string();
+    if (digits.size() != 2 || !hexValue(digits)) {
+        return wrong("pattern needs two hexadecimal digits");
+    }
+    return report(box, "X" + digits);
 }
 
 BenchResult coins(SimulatedBox& box, Words) {
@@ -311,6 +338,9 @@ constexpr std::array kCommands = {
     BenchCommand{"drop", "drop COIN [COUNT] [[every] MS]", drop},
     BenchCommand{"drop-raw", "drop-raw V1 V2 V3", dropRaw},
     BenchCommand{"coins", "coins", coins},
+    BenchCommand{"coin", "coin A..I", coin},
+    BenchCommand{"reject", "reject", reject},
+    BenchCommand{"pattern", "pattern HH", pattern},
     BenchCommand{"insert", "insert bipolar|e1|none 1K|2K [blank|FILE]", insert},
     BenchCommand{"switch", "switch 1|2 on|off", turnSwitch},
     BenchCommand{"validator", "validator in [MODEL]|out", validator},

@@ -75,12 +75,14 @@ Outcome BoxCommands::run(std::string_view command, const SimulatedMech* mech) {
 Outcome BoxCommands::runLetter(char letter, const SimulatedMech* mech) {
     switch (letter) {
         case '_':
-        case 'M':
         case 'J':
         case 'W':
+        case 'B':
+            return kSilence;
+        case 'M':
         case 'O':
         case 'V':
-        case 'B':
+            testing_ = letter != 'M';
             return kSilence;
         case 'N':
         case 'I':

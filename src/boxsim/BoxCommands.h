@@ -33,6 +33,8 @@ class BoxCommands {
     void setVersion(std::string_view version);
     void setBinaryOutput(bool offered) { binaryOutput_ = offered; }
     [[nodiscard]] bool coinDataOn() const { return coinDataOn_; }
+    /// The validator is being tested: coins are reported as what the mech makes of them.
+    [[nodiscard]] bool testing() const { return testing_; }
 
   private:
     [[nodiscard]] std::string statusLine(const SimulatedMech* mech) const;
@@ -47,6 +49,7 @@ class BoxCommands {
     std::string version_ = "V1.95";
     std::optional<bool> binaryOutput_;  ///< set on the bench; else the mech decides
     bool coinDataOn_ = false;
+    bool testing_ = false;
     bool readArmed_ = false;  ///< "E" has come: "A" or "K" reads
 };
 

@@ -15,6 +15,10 @@ class MarsMech final : public SimulatedMech {
 
     [[nodiscard]] std::array<int, 3> idleValues() const override;
     [[nodiscard]] std::vector<std::string> coinLines(const CoinReading& reading) const override;
+    /// By the limits of the first programmed segment of the PROM, as if that had been moved over
+    /// to the mech; with none, by the limits that the mech came with.
+    [[nodiscard]] std::optional<int> channelFor(const CoinReading& reading,
+                                                std::span<const std::uint8_t> prom) const override;
     [[nodiscard]] std::vector<std::string> coins() const override;
     [[nodiscard]] std::optional<CoinReading> draw(std::string_view coin,
                                                   Random& random) const override;
@@ -31,6 +35,7 @@ class MarsMech final : public SimulatedMech {
 
   private:
     Sensors sensors_;
+    std::span<const int> segments_;  ///< addresses at which the PROM's segments begin
 };
 
 /// Three five-digit fields after a letter: "M 01203 01498 02210", fields at positions 3, 9, 15.

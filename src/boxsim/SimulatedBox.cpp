@@ -52,6 +52,7 @@ struct SimulatedBox::Impl final : MechLine {
     void dropOne(const std::string& coin);
     void dropSome(int number, const std::string& coin, int count, Micros every, Micros first);
     void coinPassed(const CoinReading& reading);
+    [[nodiscard]] std::vector<std::string> testLines(const CoinReading& reading) const;
     void record(bool fromBox, std::uint8_t byte);
     void unplug(const std::string& reason);
     [[nodiscard]] Micros spend(Micros time);
@@ -233,10 +234,15 @@ void SimulatedBox::Impl::coinPassed(const CoinReading& reading) {
         return;
     }
     if (!commands.coinDataOn()) return;
-    const auto lines = mech->coinLines(reading);
+    const auto lines = commands.testing() ? testLines(reading) : mech->coinLines(reading);
     if (lines.empty()) return;
     const Micros measured = spend(kCoinTime);
     for (const std::string& line : lines) outbox.announce(line, measured);
+}
+
+std::vector<std::string> SimulatedBox::Impl::testLines(const CoinReading& reading) const {
+    const auto channel = mech->channelFor(reading, socket.cells());
+    return {std::string("V ") + (channel ? static_cast<char>('A' + *channel) : 'R')};
 }
 
 void SimulatedBox::Impl::dropOne(const std::string& coin) {
@@ -367,6 +373,14 @@ void SimulatedBox::dropRaw(int v1, int v2, int v3) {
     impl_->coinPassed({v1, v2, v3});
 }
 
+bool SimulatedBox::reportTestEvent(std::string_view event) {
+    if (!impl_->mech || impl_->serialMode || !impl_->commands.testing()) return false;
+    if (!impl_->silent) {
+        impl_->outbox.announce("V " + std::string(event), impl_->spend(kCoinTime));
+    }
+    return true;
+}
+
 void SimulatedBox::setSilent(bool silent) {
     impl_->silent = silent;
     if (silent) impl_->boxLine.clear();
@@ -423,6 +437,10 @@ bool SimulatedBox::inSerialMode() const {
 
 bool SimulatedBox::coinDataOn() const {
     return impl_->commands.coinDataOn();
+}
+
+bool SimulatedBox::testing() const {
+    return impl_->commands.testing();
 }
 
 int SimulatedBox::unknownBytes() const {

@@ -73,6 +73,10 @@ class SimulatedBox {
     bool drop(std::string_view coin, int count = 1, int everyMs = 400);
     /// Drops one coin with these readings.
     void dropRaw(int v1, int v2, int v3);
+    /// Reports an event of the validator test: "A" to "I" for an accepted coin, "R" for a rejected
+    /// one, "X" and two hexadecimal digits for a pattern of the outputs. False, and nothing
+    /// happens, unless a validator is plugged in and being tested.
+    bool reportTestEvent(std::string_view event);
     /// A silent box neither hears nor says anything.
     void setSilent(bool silent);
     /// The box sends its battery warning; in serial mode it waits until that is left.
@@ -91,6 +95,8 @@ class SimulatedBox {
     // --- what happened
     [[nodiscard]] bool inSerialMode() const;
     [[nodiscard]] bool coinDataOn() const;
+    /// The box was told to test the validator: coins come as test events.
+    [[nodiscard]] bool testing() const;
     [[nodiscard]] int unknownBytes() const;
     /// Every byte that left the PC or reached it since `clearTranscript` (of a very long session,
     /// the later part).

@@ -48,6 +48,14 @@ class SimulatedMech {
         (void)reading;
         return {};
     }
+    /// The channel (0-based) that takes a coin in the validator test, or nothing for a coin that
+    /// is rejected. `prom` is what lies in the box's socket, address by address; may be empty.
+    [[nodiscard]] virtual std::optional<int> channelFor(const CoinReading& reading,
+                                                        std::span<const std::uint8_t> prom) const {
+        (void)reading;
+        (void)prom;
+        return std::nullopt;
+    }
 
     // --- serial mode
     /// The box has entered serial mode with `modeCommand` ("$05").
