@@ -13,6 +13,8 @@ namespace vantor {
 
 namespace {
 
+const QString kStatusLine = QStringLiteral("C00000 00000 00000 00000 00000 00000 V0.00   ");
+
 struct Caption {
     const char* button;
     int message;
@@ -50,6 +52,8 @@ constexpr std::array<ModelList, 3> kModelLists = {{
 FrmMain::FrmMain(const SessionState& state, ActionFrame& actions)
     : state_(state), actions_(actions), ui_(std::make_unique<Ui::frmMain>()) {
     ui_->setupUi(this);
+    // A whole status line of the box, which is what stands there most of the time.
+    ui_->txtMessage->setMinimumWidth(ui_->txtMessage->fontMetrics().horizontalAdvance(kStatusLine));
     actions_.adopt(this);
     actions_.allowWhileBusy(ui_->cmdExit);
     actions_.allowWhileBusy(ui_->txtMessage);
@@ -121,7 +125,7 @@ std::string FrmMain::chosenLanguage() const {
 void FrmMain::showConfigPanel(bool shown) {
     if (shown) {
         ui_->stkFront->setCurrentWidget(ui_->pagConfig);
-        ui_->ComboPort->setFocus();
+        actions_.setFocus(ui_->ComboPort);
     } else {
         ui_->stkFront->setCurrentWidget(ui_->tabManufacturer);
     }

@@ -15,7 +15,8 @@ constexpr int kStatusLines = 4;
 
 }  // namespace
 
-FrmOpening::FrmOpening(ActionFrame& actions) : ui_(std::make_unique<Ui::frmOpening>()) {
+FrmOpening::FrmOpening(ActionFrame& actions)
+    : actions_(actions), ui_(std::make_unique<Ui::frmOpening>()) {
     ui_->setupUi(this);
     // Neither the status nor the buttons that come and go may move the rest about.
     ui_->LabelStatus->setMinimumHeight(kStatusLines *
@@ -67,7 +68,7 @@ std::string FrmOpening::status() const {
 void FrmOpening::showRetryAndCancel(bool shown) {
     ui_->cmdRetry->setVisible(shown);
     ui_->cmdCancel->setVisible(shown);
-    if (shown) ui_->cmdRetry->setFocus();
+    if (shown) actions_.setFocus(ui_->cmdRetry);
 }
 
 }  // namespace vantor

@@ -42,6 +42,7 @@ class FrmOpening final : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    ActionFrame& actions_;
     std::unique_ptr<Ui::frmOpening> ui_;
 };
 

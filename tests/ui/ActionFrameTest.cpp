@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "catalogue/SessionState.h"
 #include "ScriptedPrompts.h"
+#include "catalogue/SessionState.h"
 
 namespace vantor::test {
 namespace {
@@ -96,6 +96,9 @@ TEST_F(ActionFrameTest, TheFocusNeverFallsOnWhatStaysEnabled) {
     ASSERT_TRUE(first.hasFocus());
     frame.run(800, [&] { EXPECT_FALSE(exit.hasFocus()); });
     EXPECT_TRUE(first.hasFocus());
+    // An action chooses where its end leaves the technician.
+    frame.run(800, [&] { frame.setFocus(&field); });
+    EXPECT_TRUE(field.hasFocus());
     // Whoever moves on meanwhile is not called back.
     frame.run(800, [&] { exit.setFocus(); });
     EXPECT_TRUE(exit.hasFocus());

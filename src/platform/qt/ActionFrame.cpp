@@ -69,6 +69,14 @@ void ActionFrame::allowWhileBusy(QWidget* widget) {
     apply(entry);
 }
 
+void ActionFrame::setFocus(QWidget* widget) {
+    if (busy_) {
+        focusBefore_ = widget;
+    } else {
+        widget->setFocus();
+    }
+}
+
 void ActionFrame::adopt(QWidget* window) {
     for (QWidget* child : window->findChildren<QWidget*>()) {
         if (qobject_cast<QAbstractButton*>(child) || qobject_cast<QComboBox*>(child) ||

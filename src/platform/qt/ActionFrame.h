@@ -32,6 +32,9 @@ class ActionFrame {
     /// it was given to `allowWhileBusy`.
     void setEnabled(QWidget* control, bool enabled);
     void allowWhileBusy(QWidget* control);
+    /// Gives a control the focus; while an action runs, at its end, because a control that is
+    /// disabled takes none.
+    void setFocus(QWidget* control);
     /// Puts a window's buttons, lists, options, check and text boxes under the guard.
     void adopt(QWidget* window);
 
