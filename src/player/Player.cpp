@@ -28,6 +28,7 @@ milliseconds msOf(const std::string& word) {
 /// Commands that only look, or move the bench: they may come while a box waits for the script.
 bool leavesBoxesAlone(Verb verb) {
     switch (verb) {
+        case Verb::remark:
         case Verb::expect:
         case Verb::expectEnabled:
         case Verb::expectVisible:
@@ -59,9 +60,10 @@ bool mindsTheStartUp(Verb verb) {
     }
 }
 
-/// Commands that change nothing in the windows, so that the start-up does not matter to them.
+/// Commands that need no window, so that the start-up does not matter to them.
 bool preparesOnly(Verb verb) {
-    return verb == Verb::answer || verb == Verb::file || verb == Verb::bench;
+    return verb == Verb::remark || verb == Verb::answer || verb == Verb::file ||
+           verb == Verb::bench;
 }
 
 }  // namespace
@@ -84,7 +86,16 @@ void Player::start() {
 }
 
 void Player::schedule(Micros delay) {
-    scheduled_ = loop_.callAfter(delay, [this] { step(); });
+    scheduled_ = loop_.callAfter(delay, [this] {
+        // The flow around this turn must not take a failure of the player for one of its own.
+        try {
+            step();
+        } catch (const std::exception& error) {
+            ++failures_;
+            report_(stamp() + "the player itself failed: " + error.what());
+            finish();
+        }
+    });
 }
 
 void Player::step() {
@@ -128,7 +139,7 @@ bool Player::startsTooEarly(const Command& command) {
 }
 
 void Player::begin(const Command& command) {
-    ++commands_;
+    if (command.verb != Verb::remark) ++commands_;
     // On its way before the command is carried out: a click may start a flow that pumps the loop.
     schedule(Micros{0});
     Problem problem = prompts_.problem();
@@ -154,6 +165,8 @@ void Player::execute(const Command& command) {
             passed(command);
             if (command.words.at(0) == "cancel") return prompts_.chooseFile(std::nullopt);
             return prompts_.chooseFile(pathFromQt(QString::fromStdString(command.words.at(0))));
+        case Verb::remark:
+            return report_(command.written);
         case Verb::shot:
             return shoot(command);
         case Verb::bench:
@@ -290,6 +303,7 @@ void Player::shoot(const Command& command) {
     QWidget* window =
         command.words.size() == 2 ? findWindow(command.words.front()) : windowInFront();
     if (!window) return fail(command, "there is no such window");
+    if (!window->isVisible()) return fail(command, "it is not shown");
     const QString file = QString::fromStdString(command.words.back());
     QDir().mkpath(QFileInfo(file).path());
     if (!window->grab().save(file, "PNG")) return fail(command, "the picture cannot be written");

@@ -256,7 +256,9 @@ ParsedLine parseLine(std::string_view line, int number) {
         return ScriptError{number, *problem};
     }
     auto words = std::get<std::vector<std::string>>(std::move(split));
-    if (words.empty()) return NoCommand{};
+    const std::string_view written = trimmed(line);
+    if (words.empty() && written.empty()) return NoCommand{};
+    if (words.empty()) return Command{number, Verb::remark, {}, std::string(written)};
 
     const auto grammar = std::ranges::find(grammars(), words.front(), &Grammar::name);
     if (grammar == grammars().end()) {
@@ -265,7 +267,7 @@ ParsedLine parseLine(std::string_view line, int number) {
     words.erase(words.begin());
     std::string problem = argumentProblem(*grammar, words);
     if (!problem.empty()) return ScriptError{number, std::move(problem)};
-    return Command{number, grammar->verb, std::move(words), std::string(trimmed(line))};
+    return Command{number, grammar->verb, std::move(words), std::string(written)};
 }
 
 ParsedScript parseScript(std::string_view text) {

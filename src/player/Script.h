@@ -10,6 +10,7 @@ namespace vantor::player {
 
 /// What a line of a session script asks for. The grammar stands in docs/player.md.
 enum class Verb {
+    remark,  ///< a comment line: shown, so that a session reads like its script
     click,
     close,
     choose,
@@ -36,11 +37,11 @@ enum class Verb {
 struct Command {
     int line = 0;  ///< 1-based line of the script
     Verb verb = Verb::sleep;
-    std::vector<std::string> words;  ///< the arguments, quotes removed, UTF-8
+    std::vector<std::string> words;  ///< the arguments, quotes removed, UTF-8; of a remark none
     std::string written;             ///< the command as it stands in the script
 };
 
-/// A line that says nothing: blank or a comment.
+/// A blank line.
 struct NoCommand {};
 
 struct ScriptError {

@@ -45,7 +45,8 @@ class Session {
           loop_(options.virtualTime ? static_cast<EventLoop&>(virtual_) : world_.loop),
           source_(source),
           real_(loop_),
-          prompts_(loop_, real_, [&out](const std::string& line) { say(out, line); }) {
+          prompts_(loop_, real_,
+                   [&out](const std::string& line) { say(out, "            " + line); }) {
         virtual_.setCompanion([] { QCoreApplication::processEvents(); });
         if (options.program.simulate) {
             bench_ = std::make_unique<boxsim::SimulatedBench>(

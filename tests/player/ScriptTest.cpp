@@ -129,11 +129,13 @@ TEST(ParseScript, ReportsEveryMistakeWithItsLine) {
     EXPECT_EQ(errors->at(0).line, 3);
     EXPECT_EQ(errors->at(1).line, 5);
 
-    const ParsedScript fine = parseScript("# only\n\nsleep 5\nsleep 6");
+    const ParsedScript fine = parseScript(" # only\n\nsleep 5\nsleep 6");
     const auto* commands = std::get_if<std::vector<Command>>(&fine);
     ASSERT_NE(commands, nullptr);
-    ASSERT_EQ(commands->size(), 2u);
-    EXPECT_EQ(commands->at(1).line, 4);
+    ASSERT_EQ(commands->size(), 3u);
+    EXPECT_EQ(commands->at(0).verb, Verb::remark);
+    EXPECT_EQ(commands->at(0).written, "# only");
+    EXPECT_EQ(commands->at(2).line, 4);
 }
 
 // A script may be any file that somebody picked by mistake.

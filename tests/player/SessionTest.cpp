@@ -1,0 +1,140 @@
+#include "player/Session.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace vantor::player {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(SessionOptions, KnowTheirWordsAndTheProgramsOwn) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string script;
+        bool virtualTime;
+        std::string error;  ///< how it begins
+    } cases[] = {
+        {{"a.vps"}, "a.vps", false, ""},
+        {{"-"}, "-", false, ""},
+        {{"--simulate", "a.vps"}, "a.vps", false, ""},
+        {{"--simulate", "ME181", "--virtual-time", "-"}, "-", true, ""},
+        {{"--port", "3=/dev/ttyX", "--folder", "d", "a.vps"}, "a.vps", false, ""},
+        {{}, "", false, "which script?"},
+        {{"--virtual-time", "a.vps"}, "a.vps", true, "--virtual-time goes with --simulate only"},
+        {{"--simulate", "a.vps", "b.vps"}, "a.vps", false, "one script at a time"},
+        {{"--fast", "a.vps"}, "a.vps", false, "unknown option --fast"},
+        {{"--port", "x", "a.vps"}, "", false, "--port wants"},
+    };
+    for (const auto& c : cases) {
+        const SessionOptions options = parseSessionOptions(c.arguments);
+        EXPECT_EQ(options.script, c.script);
+        EXPECT_EQ(options.virtualTime, c.virtualTime);
+        EXPECT_TRUE(c.error.empty() ? options.error.empty() : options.error.starts_with(c.error))
+            << options.error;
+    }
+}
+
+/// Plays in an empty folder of its own, on the simulated box, in virtual time.
+class SessionTest : public testing::Test {
+  protected:
+    SessionTest() : before_(fs::current_path()) {
+        folder_ = fs::temp_directory_path() /
+                  ("vantor-session-" + std::to_string(std::random_device{}()));
+        fs::create_directories(folder_);
+        fs::current_path(folder_);
+    }
+    ~SessionTest() override {
+        std::error_code ignored;
+        fs::current_path(before_, ignored);
+        fs::remove_all(folder_, ignored);
+    }
+
+    int play(const std::string& script) {
+        const std::vector<std::string> arguments = {"--simulate", "ME111",  "--virtual-time",
+                                                    "--folder",   "folder", script};
+        const SessionOptions options = parseSessionOptions(arguments);
+        EXPECT_EQ(options.error, "");
+        out.str({});
+        err.str({});
+        return playSession(options, out, err);
+    }
+
+    int playText(const std::string& text) {
+        std::ofstream("session.vps") << text;
+        return play("session.vps");
+    }
+
+    [[nodiscard]] bool said(const std::string& part) const {
+        return out.str().find(part) != std::string::npos;
+    }
+
+    std::ostringstream out, err;
+
+  private:
+    fs::path before_, folder_;
+};
+
+TEST_F(SessionTest, TheGuidedDemoGoesTheWholeRoad) {
+    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/guided-demo.vps"), kAllHeld) << out.str();
+    for (const char* file :
+         {"01-opening.png", "02-main.png", "ME111-03-measuring.png", "ME111-09-programming.png",
+          "ME181-06-segment-2.png", "ME111.csv", "ME181.csv", "ME181.prom"}) {
+        EXPECT_TRUE(fs::exists(file) && fs::file_size(file) > 500) << file;
+    }
+}
+
+TEST_F(SessionTest, TheStatusSaysHowItWent) {
+    EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
+    EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME181"), kNotAsExpected);
+    EXPECT_EQ(playText("bench expect-prom 000 0"), kAllHeld);
+    EXPECT_EQ(playText("bench expect-prom 000 F"), kNotAsExpected);
+    EXPECT_TRUE(said("NOT AS EXPECTED: cell 000 holds 0, not F")) << out.str();
+    EXPECT_EQ(playText("sleep\n"), kNotStarted);
+    EXPECT_EQ(err.str(), "session.vps:1: 1 argument(s) wanted, 0 given: sleep MS\n");
+    EXPECT_EQ(play("nothing-there.vps"), kNotStarted);
+}
+
+TEST_F(SessionTest, ABoxOfTheProgramThatNobodyForesawEndsTheRun) {
+    EXPECT_EQ(
+        playText("bench validator out\nclick frmMain.cmdMars\nawait-idle 60000\nprint frmMain"),
+        kNotAsExpected);
+    EXPECT_TRUE(said("did not foresee the box")) << out.str();
+    EXPECT_TRUE(said("Validator NOT DETECTED")) << out.str();
+    EXPECT_FALSE(said("4: print")) << out.str();
+    EXPECT_EQ(playText("bench validator out\nanswer ok 'NOT DETECTED'\nclick frmMain.cmdMars\n"
+                       "await-idle 60000\nexpect-enabled frmMain.cmdMars yes"),
+              kAllHeld)
+        << out.str();
+}
+
+// The start-up waits for the technician: the script has to mind it.
+TEST_F(SessionTest, PlaysTheStartUpWithASilentBox) {
+    EXPECT_EQ(playText("bench silent on\nawait-visible frmOpening.cmdRetry 20000\n"
+                       "expect-visible frmMain no\nshot silent.png\nbench silent off\n"
+                       "click frmOpening.cmdRetry\nawait-visible frmMain 20000\nawait-idle 5000\n"
+                       "click frmMain.cmdExit"),
+              kAllHeld)
+        << out.str();
+}
+
+TEST_F(SessionTest, ACancelledRunCanBeginAgain) {
+    EXPECT_EQ(
+        playText("click frmMain.cmdMars\nawait-visible frmCoinMeasure1 9000\nawait-idle 9000\n"
+                 "file ME111-Dorin.cst\nclick frmCoinMeasure1.cmdRunCoinset\n"
+                 "await-prompt 'Press YES' 9000\nanswer yes 'Press YES'\nsleep 500\n"
+                 "click frmCoinMeasure1.cmdBack\nawait-idle 9000\n"
+                 "expect-enabled frmCoinMeasure1.cmdRunCoinset yes\n"
+                 "click frmCoinMeasure1.cmdRunCoinset\nfile cancel\nawait-idle 9000\n"
+                 "print frmBench.lblProm"),
+        kAllHeld)
+        << out.str();
+    EXPECT_TRUE(said("frmBench.lblProm  text=\"Inserted: Vantor E+1 2K\"")) << out.str();
+}
+
+}  // namespace
+}  // namespace vantor::player
