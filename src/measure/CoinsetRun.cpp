@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "catalogue/FileNames.h"
 #include "catalogue/Text.h"
 #include "measure/CoinNumber.h"
-#include "measure/FileNames.h"
 #include "measure/LimitSource.h"
 #include "platform/Files.h"
 

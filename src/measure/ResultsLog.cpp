@@ -6,8 +6,8 @@
 #include <cmath>
 #include <system_error>
 
+#include "catalogue/FileNames.h"
 #include "catalogue/Text.h"
-#include "measure/FileNames.h"
 
 namespace vantor {
 

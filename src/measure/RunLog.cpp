@@ -1,7 +1,7 @@
 #include "measure/RunLog.h"
 
+#include "catalogue/FileNames.h"
 #include "catalogue/Text.h"
-#include "measure/FileNames.h"
 
 namespace vantor {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "measure/FileNames.h"
+#include "catalogue/FileNames.h"
 
 namespace vantor {
 namespace {
@@ -129,6 +129,9 @@ TEST(FileNames, OnlyTheLastComponentIsEdited) {
     EXPECT_EQ(coinsetFileName("d/a.b.c"), "d/a.b.cst");
     EXPECT_EQ(coinsetFileName("d.ir/COINS"), "d.ir/COINS");
     EXPECT_EQ(coinsetFileName("d.ir\\COINS"), "d.ir\\COINS");
+    EXPECT_EQ(withNewExtension("d.ir/coins", ".txt"), "d.ir/coins");
+    EXPECT_EQ(withExtension("d.ir/coins", ".txt"), "d.ir/coins.txt");
+    EXPECT_EQ(withExtension("d.ir\\old.coins.dat", ".txt"), "d.ir\\old.coins.txt");
     EXPECT_EQ(logFileName("d.ir/results.old.txt"), "d.ir/results.csv");
     EXPECT_EQ(logFileName("d.ir\\results"), "d.ir\\results.csv");
     EXPECT_EQ(shownFileName("a/b\\QZx.cst"), "QZx.cst");

@@ -1,4 +1,4 @@
-#include "measure/FileNames.h"
+#include "catalogue/FileNames.h"
 
 #include "catalogue/Text.h"
 
@@ -22,11 +22,22 @@ fs::path cutAndExtend(Native name, std::size_t cut, const char* extension) {
 
 }  // namespace
 
-fs::path coinsetFileName(const fs::path& chosen) {
+fs::path withNewExtension(const fs::path& chosen, const char* extension) {
     const Native& name = chosen.native();
     const std::size_t stop = name.rfind('.');
     if (stop == Native::npos || stop < lastComponentStart(name)) return chosen;
-    return cutAndExtend(name, stop, ".cst");
+    return cutAndExtend(name, stop, extension);
+}
+
+fs::path withExtension(const fs::path& chosen, const char* extension) {
+    const fs::path replaced = withNewExtension(chosen, extension);
+    const Native& name = chosen.native();
+    const bool none = name.find('.', lastComponentStart(name)) == Native::npos;
+    return none ? cutAndExtend(name, Native::npos, extension) : replaced;
+}
+
+fs::path coinsetFileName(const fs::path& chosen) {
+    return withNewExtension(chosen, ".cst");
 }
 
 fs::path logFileName(const fs::path& chosen) {
