@@ -188,6 +188,7 @@ struct ImagesState {
     MechImage carryOver;         ///< copy of the old image whose channels are taken over
     MechImage next;              ///< the new image, to be programmed
     bool oldComplete = false;    ///< `old` holds every cell of the last read
+    std::string oldModel;        ///< the mech that `old` was read from: maker, full stop, model
     bool oldMemoryRead = false;  ///< a complete read for the take-over was done in this session
 };
 
@@ -236,6 +237,16 @@ struct SessionState {
     [[nodiscard]] std::string msgText(int id) const { return messages.msgText(id); }
     /// paramCount of the selected model.
     [[nodiscard]] int n() const { return mech.info.paramCount; }
+
+    /// A read of the selected mech begins (`complete` false) or brought every cell (true).
+    void noteOldImage(bool complete) {
+        images.oldComplete = complete;
+        images.oldModel = mech.manufacturer + "." + mech.mechType;
+    }
+    /// `images.old` holds the whole memory of the mech that is selected now, not of one before it.
+    [[nodiscard]] bool oldImageWhole() const {
+        return images.oldComplete && images.oldModel == mech.manufacturer + "." + mech.mechType;
+    }
 };
 
 }  // namespace vantor

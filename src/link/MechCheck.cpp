@@ -66,10 +66,14 @@ bool MechCheck::probeBox() {
 }
 
 bool MechCheck::enterSerialMode(std::string_view modeCommand) {
+    const bool& on = state_.box.serialModeFlag;
+    const bool& cancelled = state_.gather.abortFlag;
     for (int attempt = 0; attempt < kSerialModeAttempts; ++attempt) {
         link_.sendEscapes(kEscapes);
         link_.sendString(modeCommand);
-        if (link_.waitFor(kModeMs, state_.box.serialModeFlag)) return true;
+        link_.waitFor(kModeMs, [&] { return on || cancelled; });
+        if (on) return true;
+        if (cancelled) return false;
     }
     prompts_.ask(
         {.title = state_.msgText(301), .text = state_.msgText(300), .icon = PromptIcon::critical});

@@ -20,7 +20,8 @@ class MechCheck {
     /// with a status line (also in `boxFound`).
     bool probeBox();
 
-    /// Up to 5 attempts with a mode command such as "$05"; false was told (message 300).
+    /// Up to 5 attempts with a mode command such as "$05"; false was told (message 300), unless the
+    /// run was cancelled meanwhile, which ends the attempts at once.
     bool enterSerialMode(std::string_view modeCommand);
     /// Back to command mode: 150 ms break, 20 ESC; a box that stays stuck is told (302).
     void leaveSerialMode();

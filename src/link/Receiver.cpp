@@ -345,14 +345,17 @@ void Receiver::decodeWordReply(std::span<const std::uint8_t> frame) {
 void Receiver::decodeCoinFrame(std::span<const std::uint8_t> frame, int n) {
     errors_.attempt(304, [&] {
         const auto data = static_cast<std::size_t>(n);
+        // A coin that nobody gathers (a late frame of a run that is over) is nobody's reading.
+        const bool gathering = state_.gather.gatherActive;
         if (frameSum(frame.first(data)) != frame[data]) {
-            if (sinks.requestCoinData) sinks.requestCoinData();
+            if (gathering && sinks.requestCoinData) sinks.requestCoinData();
             return;
         }
         state_.box.wordChecksumError = false;
         for (int i = 1; i < n; ++i) {
             state_.gather.latestReading[i - 1] = frame[static_cast<std::size_t>(i)];
         }
+        if (!gathering) return;
         if (sinks.logReading) sinks.logReading();
         if (sinks.reading) sinks.reading();
         if (state_.gather.coinsRemaining > 0 && sinks.requestCoinData) sinks.requestCoinData();

@@ -55,7 +55,8 @@ class Receiver {
     void parseG10CoinAccepted(std::string_view record);
     /// ";", high, low, sum.
     void decodeWordReply(std::span<const std::uint8_t> frame);
-    /// "?", n - 1 data bytes, then the sum of the n bytes before it.
+    /// "?", n - 1 data bytes, then the sum of the n bytes before it. Without a gather the reading
+    /// is decoded and dropped.
     void decodeCoinFrame(std::span<const std::uint8_t> frame, int n);
 
     /// Light grey indicators; the 100 ms tick calls it when a coin was shown long enough.

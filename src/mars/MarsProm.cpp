@@ -84,7 +84,7 @@ void MarsProm::waitForBox(int ms, const bool& flag) {
 
 bool MarsProm::readMemory() {
     ImagesState& images = state_.images;
-    images.oldComplete = false;
+    state_.noteOldImage(false);
     errors_.attempt(103, [&] {
         link_.sendAndWait("E");
         // Only now, so that late lines of an earlier read do not count for this one.

@@ -54,6 +54,15 @@ TEST(MechCheck, SerialModeIsTriedFiveTimes) {
     EXPECT_EQ(world.port.sent, escapes(25) + "$05");
 }
 
+TEST(MechCheck, ACancelledRunTriesSerialModeNoFurther) {
+    LinkWorld world;
+    world.loop.callAfter(std::chrono::milliseconds(600),
+                         [&] { world.state.gather.abortFlag = true; });
+    EXPECT_FALSE(world.check.enterSerialMode("$05"));
+    EXPECT_NEAR(world.ms(), 600, 40);
+    EXPECT_TRUE(world.prompts.asked.empty());
+}
+
 TEST(MechCheck, LeavingSerialModeWaitsForTheBoxAfterTheEscapes) {
     LinkWorld world;
     world.select(kCoinControls, "C120");

@@ -194,6 +194,7 @@ TEST(Receiver, CoinFramesCloseAtTheLengthOfTheModel) {
         std::string data;
         bool sumBroken;
         std::string events;
+        bool gathering = true;
     };
     const Row rows[] = {
         {"335", "\x01\x02\x03", false, "log read ask "},
@@ -202,6 +203,8 @@ TEST(Receiver, CoinFramesCloseAtTheLengthOfTheModel) {
         {"450", "12345678", false, "log read ask "},
         {"C120", "12345", false, "log read ask "},
         {"435", "123456", false, "log read ask "},
+        {"435", "123456", false, "", false},
+        {"220B", "abc", true, "", false},
     };
     for (const Row& row : rows) {
         LinkWorld world;
@@ -212,6 +215,7 @@ TEST(Receiver, CoinFramesCloseAtTheLengthOfTheModel) {
         world.select(kCoinControls, row.model);
         world.state.box.serialModeFlag = true;
         world.state.gather.coinsRemaining = 1;
+        world.state.gather.gatherActive = row.gathering;
         std::string frame = coinFrame(row.data);
         if (row.sumBroken) frame.back() = static_cast<char>(frame.back() + 1);
         world.feed(std::string_view(frame).substr(0, frame.size() - 1));
