@@ -86,6 +86,10 @@ int highestMarsSegment(const MarsLayout& layout, int promSizeCode) {
     return std::min(layout.segments, promSizeCode == 1 ? layout.segments : kSegmentsOfHalfProm) - 1;
 }
 
+void clearImages(ImagesState& images) {
+    images = ImagesState{};
+}
+
 void mapMarsSegment(MechImage& image, const ChannelLimits& limits, int segment) {
     segment = std::min(segment, kMarsSegments - 1);
     const int base = segment * kBlockCells;

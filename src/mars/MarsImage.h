@@ -39,6 +39,9 @@ struct CellRange {
     return promSizeCode == 1 ? kMarsPromCells - 1 : kMarsHalfPromCells - 1;
 }
 
+/// Sets every cell of the three images to 0; nothing counts as read any more.
+void clearImages(ImagesState& images);
+
 /// Writes marker and limits of a segment at segment x 128; a segment above 3 counts as 3. Limits
 /// are written as they are: keeping them within 0..4095 is the caller's business.
 void mapMarsSegment(MechImage& image, const ChannelLimits& limits, int segment);
