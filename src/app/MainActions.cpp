@@ -1,10 +1,14 @@
 #include "app/MainActions.h"
 
+#include <algorithm>
+
 namespace vantor {
 
 namespace {
 
 constexpr int kMainError = 815;
+constexpr std::array<std::string_view, 3> kUtilities = {"cmdPROMutilities", "cmdCCprom",
+                                                        "cmdNRIprom"};
 
 }  // namespace
 
@@ -12,7 +16,7 @@ const std::array<MainActions::Action, 9>& MainActions::table() {
     static constexpr std::array<Action, 9> kTable = {{
         {"cmdMars", "cmbMarsMech", kMars, 805, true, &MainActions::programMech},
         {"cmdValtest", "cmbMarsMech", kMars, 808, false, nullptr},
-        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, nullptr},
+        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, &MainActions::promUtilities},
         {"cmdCCprog", "cmbCCmech", kCoinControls, 800, false, &MainActions::programMech},
         {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, nullptr},
         {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, nullptr},
@@ -59,11 +63,18 @@ void MainActions::startOffering() {
 
 void MainActions::enableAll(bool enabled) {
     p_.main.enableModelLists(enabled);
+    for (const Action& action : table()) offer(action, enabled);
+}
+
+void MainActions::enableUtilities(bool enabled) {
     for (const Action& action : table()) {
-        const bool available =
-            action.perform != nullptr && p_.families.find(action.maker) != nullptr;
-        p_.main.offerAction(action.button, enabled, available);
+        if (std::ranges::count(kUtilities, action.button) > 0) offer(action, enabled);
     }
+}
+
+void MainActions::offer(const Action& action, bool enabled) {
+    const bool available = action.perform != nullptr && p_.families.find(action.maker) != nullptr;
+    p_.main.offerAction(action.button, enabled, available);
 }
 
 void MainActions::perform(const Action& action) {
@@ -72,19 +83,28 @@ void MainActions::perform(const Action& action) {
     if (action.perform != nullptr) (this->*action.perform)(action);
 }
 
-void MainActions::programMech(const Action& action) {
+bool MainActions::mechAnswers(const Action& action) {
     const auto step = [&](auto&& what) { p_.errors.attempt(action.errorMessage, what); };
     // A test of a G10 that was left by an error must not change how the next mech is heard.
     p_.state.box.nriG10Mode = false;
     step([this] { p_.link.startupPort(); });
     bool goOn = false;
     step([&] { goOn = p_.check.checkMech(action.detect); });
-    if (!goOn) return;
+    return goOn;
+}
+
+void MainActions::programMech(const Action& action) {
+    if (!mechAnswers(action)) return;
+    const auto step = [&](auto&& what) { p_.errors.attempt(action.errorMessage, what); };
     step([this] { enableAll(false); });
     step([this] { applyMechType(p_.state.mech, p_.state.messages); });
     step([this] {
         if (openMeasurement) openMeasurement();
     });
+}
+
+void MainActions::promUtilities(const Action& action) {
+    if (mechAnswers(action) && openPromUtilities) openPromUtilities();
 }
 
 }  // namespace vantor

@@ -33,11 +33,15 @@ class MainActions {
 
     /// Opens the measurement window over the hidden main window.
     std::function<void()> openMeasurement;
+    /// Reads the PROM and opens its utilities window over the hidden main window.
+    std::function<void()> openPromUtilities;
 
     /// The ready state of the main window; windows that return to it call this.
     void setupMainForm();
     /// From now on the buttons are offered: the start-up is over.
     void startOffering();
+    /// The memory utilities of all makers, which are off while one of their windows is open.
+    void enableUtilities(bool enabled);
 
   private:
     struct Action {
@@ -52,7 +56,10 @@ class MainActions {
     static const std::array<Action, 9>& table();
 
     void perform(const Action& action);
+    [[nodiscard]] bool mechAnswers(const Action& action);
     void programMech(const Action& action);
+    void promUtilities(const Action& action);
+    void offer(const Action& action, bool enabled);
     void enableAll(bool enabled);
 
     Parts p_;

@@ -15,6 +15,8 @@
 #include "link/ProgrammerLink.h"
 #include "link/Receiver.h"
 #include "mars/MarsFamily.h"
+#include "mars/PromUtilities.h"
+#include "mars/frmPROMdata.h"
 #include "mars/frmProgramming.h"
 #include "measure/MeasureFlows.h"
 #include "measure/frmCoinMeasure1.h"
@@ -53,6 +55,8 @@ struct Program::Impl {
                    .display = measureWindow,
                    .limits = limits,
                    .limitsDisplay = limitsWindow}),
+          promWindow(state, actions),
+          promUtilities(state, link, families, errors, promWindow),
           main(state, actions),
           opening(actions),
           config(state, platform.prompts, errors, main),
@@ -103,6 +107,32 @@ struct Program::Impl {
             measureWindow.openWindow();
             main.hide();
         };
+        connectPromUtilities();
+    }
+
+    void connectPromUtilities() {
+        promWindow.setUtilities(promUtilities);
+        mainActions.openPromUtilities = [this] { promUtilities.openFromMain(); };
+        limitsWindow.utilities = [this] { promUtilities.openFromLimits(); };
+        promUtilities.leave = [this](bool fromLimits) {
+            mainActions.enableUtilities(false);
+            limitsWindow.enableUtilities(false);
+            if (fromLimits) {
+                limitsWindow.hide();
+            } else {
+                main.hide();
+            }
+        };
+        promUtilities.goBack = [this](bool fromLimits) {
+            mainActions.enableUtilities(true);
+            limitsWindow.enableUtilities(true);
+            if (fromLimits) {
+                limitsWindow.openWindow();
+            } else {
+                main.show();
+                mainActions.setupMainForm();
+            }
+        };
     }
 
     void connectSinks() {
@@ -116,8 +146,8 @@ struct Program::Impl {
         sinks.makeSound = [this](int kind) { sounds.makeSound(kind); };
     }
 
-    [[nodiscard]] std::array<QWidget*, 5> windows() {
-        return {&main, &opening, &measureWindow, &limitsWindow, &programming};
+    [[nodiscard]] std::array<QWidget*, 6> windows() {
+        return {&main, &opening, &measureWindow, &limitsWindow, &programming, &promWindow};
     }
 
     // Nothing of the program's own is on the stack any more.
@@ -152,6 +182,8 @@ struct Program::Impl {
     FrmPROM limitsWindow;
     LimitsReview limits;
     MeasureFlows measure;
+    FrmPROMdata promWindow;
+    PromUtilities promUtilities;
     FrmMain main;
     FrmOpening opening;
     ConfigPanel config;

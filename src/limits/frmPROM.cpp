@@ -327,7 +327,7 @@ void FrmPROM::showTarget() {
 
 void FrmPROM::offerButtons() {
     offer(actions_, ui_->cmdValtest, validatorTestWanted_, bool(validatorTest));
-    offer(actions_, ui_->cmdPROMutilities, true, bool(utilities));
+    offer(actions_, ui_->cmdPROMutilities, utilitiesWanted_, bool(utilities));
 }
 
 // --- contents
@@ -391,6 +391,11 @@ void FrmPROM::setRejection(int slug, const std::string& text) {
 
 void FrmPROM::enableValidatorTest(bool enabled) {
     validatorTestWanted_ = enabled;
+    offerButtons();
+}
+
+void FrmPROM::enableUtilities(bool enabled) {
+    utilitiesWanted_ = enabled;
     offerButtons();
 }
 

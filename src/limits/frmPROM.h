@@ -56,6 +56,8 @@ class FrmPROM final : public QWidget, public LimitsDisplay {
     void setAcceptance(int row, const std::string& text) override;
     void setRejection(int slug, const std::string& text) override;
     void enableValidatorTest(bool enabled) override;
+    /// The memory utilities are off while their window is open.
+    void enableUtilities(bool enabled);
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -84,6 +86,7 @@ class FrmPROM final : public QWidget, public LimitsDisplay {
     LimitsLayout layout_;
     int columns_ = 0;  ///< 2n of the layout shown
     bool validatorTestWanted_ = false;
+    bool utilitiesWanted_ = true;
 
     std::vector<QRadioButton*> optSeg_;
     std::vector<QLabel*> lblPtitle_, lblPlow_, lblPhigh_, lblCoin_, lblAcceptance_, label10_,
