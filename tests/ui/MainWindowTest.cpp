@@ -19,9 +19,10 @@ class MainWindowTest : public ProgramTest {
 TEST_F(MainWindowTest, OnlyWhatExistsIsOffered) {
     run();
     EXPECT_TRUE(enabled("frmMain.cmdMars"));
+    EXPECT_TRUE(enabled("frmMain.cmdPROMutilities"));
     EXPECT_TRUE(enabled("frmMain.cmbMarsMech"));
-    for (const char* name : {"cmdValtest", "cmdPROMutilities", "cmdCCprog", "cmdCCValTest",
-                             "cmdCCprom", "cmdNRIprog", "cmdNRIvaltest", "cmdNRIprom"}) {
+    for (const char* name : {"cmdValtest", "cmdCCprog", "cmdCCValTest", "cmdCCprom", "cmdNRIprog",
+                             "cmdNRIvaltest", "cmdNRIprom"}) {
         EXPECT_FALSE(enabled(std::string("frmMain.") + name)) << name;
         EXPECT_EQ(widget(std::string("frmMain.") + name)->toolTip(),
                   QStringLiteral("not available yet"))
