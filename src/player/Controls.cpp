@@ -143,7 +143,7 @@ QString textOf(const QWidget* widget) {
     if (const auto* tabs = qobject_cast<const QTabWidget*>(widget)) {
         return withoutShortcut(tabs->tabText(tabs->currentIndex()));
     }
-    if (const auto* spin = qobject_cast<const QSpinBox*>(widget)) return spin->text();
+    if (const auto* spin = qobject_cast<const QSpinBox*>(widget)) return spin->cleanText();
     return valueOf(widget);
 }
 
@@ -259,6 +259,7 @@ Problem typeInto(QWidget* widget, std::string_view text, const Accepted& accepte
     if (text.empty()) press(keys, Qt::Key_Delete, {});
     const QString wanted = fromScript(text);
     for (const QChar c : wanted) press(keys, 0, QString(c));
+    if (spin) spin->interpretText();
     if (!shows(widget, text)) return "it took " + quoted(textOf(widget)) + " instead";
     return {};
 }

@@ -112,6 +112,58 @@ TEST_F(SessionTest, ABoxOfTheProgramThatNobodyForesawEndsTheRun) {
         << out.str();
 }
 
+TEST_F(SessionTest, TheBenchWorksByHand) {
+    EXPECT_EQ(playText(R"(
+choose frmBench.cmbMech ME181
+click frmBench.cmdPlugIn
+expect frmBench.lblMech "Plugged in: ME181"
+click frmBench.optBipolar
+choose frmBench.cmbPromSize 2K
+click frmBench.cmdInsert
+expect frmBench.lblProm "Inserted: Bipolar 2K"
+tick frmBench.chkSwitch_1 on
+sleep 500
+expect frmBench.chkSwitch_1 on
+type frmBench.txtVersion V2.00
+click frmBench.cmdVersion
+choose frmMain.cmbMarsMech ME181
+click frmMain.cmdMars
+await-visible frmCoinMeasure1 9000
+await-idle 9000
+expect frmMain.lblProgrammer V2.00
+file ME181-Dorin.cst
+answer yes "Press YES"
+click frmCoinMeasure1.cmdRunCoinset
+sleep 5000
+choose frmBench.cmbCoin "10 Pell"
+type frmBench.txtCount 3
+type frmBench.txtEvery 100
+click frmBench.cmdDrop
+await frmCoinMeasure1.lblNumber " 9" 1000
+type frmBench.txtRaw_0 321
+click frmBench.cmdDropRaw
+await frmCoinMeasure1.lblReading_0 " 321" 1000
+choose frmBench.cmbFault "Drop a byte"
+type frmBench.txtFaultTimes -1
+click frmBench.cmdAddFault
+click frmBench.cmdDrop
+sleep 1000
+expect frmCoinMeasure1.lblNumber " 8"
+click frmBench.cmdClearFaults
+click frmBench.cmdDrop
+await frmCoinMeasure1.lblNumber " 5" 1000
+tick frmBench.chkSilent on
+click frmBench.cmdDrop
+sleep 1000
+expect frmCoinMeasure1.lblNumber " 5"
+close frmBench
+click frmCoinMeasure1.cmdBack
+await-idle 20000
+)"),
+              kAllHeld)
+        << out.str();
+}
+
 // The start-up waits for the technician: the script has to mind it.
 TEST_F(SessionTest, PlaysTheStartUpWithASilentBox) {
     EXPECT_EQ(playText("bench silent on\nawait-visible frmOpening.cmdRetry 20000\n"

@@ -1,6 +1,7 @@
 #include "boxsim/qt/BenchWindow.h"
 
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFontDatabase>
@@ -288,6 +289,11 @@ void BenchWindow::addFault() {
     fault.times = faultTimes_->value();
     fault.value = faultValue_->value();
     box_.addFault(fault);
+}
+
+void BenchWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    showMinimized();
 }
 
 void BenchWindow::showEvent(QShowEvent* event) {

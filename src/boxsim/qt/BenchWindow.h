@@ -32,6 +32,8 @@ class BenchWindow final : public QWidget {
     BenchWindow(EventLoop& loop, SimulatedBox& box, RunBench runBench);
 
   protected:
+    /// The frame's X only minimises: there would be no way back.
+    void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 

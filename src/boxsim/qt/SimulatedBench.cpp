@@ -1,5 +1,7 @@
 #include "boxsim/qt/SimulatedBench.h"
 
+#include <QScreen>
+
 #include "boxsim/BenchCommands.h"
 
 namespace vantor::boxsim {
@@ -22,6 +24,10 @@ SimulatedBench::SimulatedBench(EventLoop& loop, const std::string& maker, const 
     box_.plugValidator(maker, model);
     // The large one serves coinsets for both sizes.
     box_.insertProm(PromKind::e1, kLargeProm);
+    // To the right, where the program's windows do not open.
+    window_.adjustSize();
+    const QRect screen = window_.screen()->availableGeometry();
+    window_.move(screen.right() - window_.width(), screen.top());
 }
 
 Platform SimulatedBench::platformOn(const Platform& machine) {
