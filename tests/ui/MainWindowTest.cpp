@@ -157,6 +157,7 @@ TEST_F(MainWindowTest, ChangeConfigIsSavedOrForgotten) {
     });
     hands.when("the tabs", mainReady, [&] {
         EXPECT_EQ(config(), before);
+        EXPECT_EQ(widget<QComboBox>("frmMain.ComboPort")->currentText(), "COM1");
         EXPECT_EQ(program->state().link.portNumber, 1);
         click("frmMain.cmdConfig");
         EXPECT_EQ(widget<QComboBox>("frmMain.ComboPort")->currentText(), "COM1");

@@ -90,6 +90,24 @@ TEST_F(StartUpTest, AnotherPortIsStoredAtOnceAndTriedByRetry) {
     EXPECT_EQ(widget<QComboBox>("frmMain.ComboPort")->currentText(), "COM1");
 }
 
+TEST_F(StartUpTest, ChoosingAPortClosesTheOneThatIsOpen) {
+    writeConfig(kPlainConfig);
+    box.setSilent(true);
+    hands.when("Retry", retryShown, [this] {
+        EXPECT_TRUE(port.isOpen());
+        choose("frmOpening.ComboPort", "COM2");
+        EXPECT_FALSE(port.isOpen());
+        EXPECT_EQ(program->state().link.portNumber, 2);
+        click("frmOpening.cmdRetry");
+    });
+    hands.when("Retry for the other port", retryShown, [] {
+        EXPECT_EQ(label("frmOpening.LabelStatus"), "COM port NOT OPEN :\nSelect another Port");
+        click("frmOpening.cmdCancel");
+    });
+    run();
+    EXPECT_EQ(endings, 1);
+}
+
 TEST_F(StartUpTest, ADamagedConfigurationMeansPortOneAndEnglish) {
     writeConfig(std::string("\x00\xFF\"COM?\",,\"\"\"", 11));
     run();

@@ -93,10 +93,7 @@ void QtPrompts::waitFor(QDialog& dialog) {
     dialog.setWindowModality(Qt::WindowModal);
     dialog.show();
     while (!finished) {
-        if (ending_ && ending_()) {
-            dialog.hide();
-            throw ProgramEnded{};
-        }
+        if (ending_ && ending_()) throw ProgramEnded{};
         loop_.pump();
     }
     if (ending_ && ending_()) throw ProgramEnded{};
