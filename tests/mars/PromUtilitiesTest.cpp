@@ -83,24 +83,15 @@ const std::string kSampleLines =
     "50 D 7 5 3 8 0 0 0 0 0 0 C F 8 E 2 \r\n"
     "60 9 5 0 0 6 0 0 4 8 3 F F 3 0 0 0 \r\n"
     "70 4 7 4 2 5 0 3 0 3 1 3 1 2 E 3 2 \r\n";
-const std::string kEmptyLowerLines =
-    "00 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "10 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "20 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "30 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "40 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "50 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "60 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "70 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n";
-const std::string kEmptyUpperLines =
-    "80 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "90 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "A0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "B0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "C0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "D0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "E0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n"
-    "F0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n";
+std::string emptyLines(const std::string& heads) {
+    std::string text;
+    for (const char head : heads) {
+        text += head + std::string("0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \r\n");
+    }
+    return text;
+}
+const std::string kEmptyLowerLines = emptyLines("01234567");
+const std::string kEmptyUpperLines = emptyLines("89ABCDEF");
 
 const std::string kHeadings =
     "     Thickness Diameter  Material\r\n"
@@ -296,34 +287,6 @@ TEST(PromUtilities, FromTheMainWindowThePromIsReadAtOnce) {
     EXPECT_FALSE(bench.window.shown);
     EXPECT_EQ(bench.neighbours, "-main+main");
     EXPECT_EQ(bench.port.sent, "JEAWJEKWW");
-}
-
-TEST(PromUtilities, FromTheLimitsWindowWhatIsToBeProgrammedStays) {
-    for (const int promSizeCode : {0, 1}) {
-        Bench bench("MS1000", promSizeCode);
-        bench.state.prom.segmentSelected[0] = false;
-        bench.state.prom.segmentSelected[1] = true;
-        bench.setSampleSegment(7);
-        const auto segments = bench.state.prom.segmentSelected;
-        const MechImage next = bench.state.images.next;
-        bench.state.images.carryOver.fill(3);
-        const MechImage carryOver = bench.state.images.carryOver;
-
-        bench.utilities.openFromLimits();
-        EXPECT_EQ(bench.port.sent, "JJ");
-        EXPECT_EQ(bench.neighbours, "-limits");
-        EXPECT_EQ(bench.window.size, promSizeCode);
-        EXPECT_FALSE(bench.window.sizeChoosable);
-        bench.utilities.readPROM();
-        EXPECT_EQ(bench.port.sent, promSizeCode == 1 ? "JJJEKW" : "JJJEAW");
-        bench.utilities.closeWindow();
-        EXPECT_EQ(bench.neighbours, "-limits+limits");
-        EXPECT_TRUE(bench.port.sent.ends_with("WW"));
-        EXPECT_EQ(bench.state.prom.promSizeCode, promSizeCode);
-        EXPECT_EQ(bench.state.prom.segmentSelected, segments);
-        EXPECT_EQ(bench.state.images.next, next);
-        EXPECT_EQ(bench.state.images.carryOver, carryOver);
-    }
 }
 
 TEST(PromUtilities, ReadsThatFailAreToldAndWhatCameIsShown) {

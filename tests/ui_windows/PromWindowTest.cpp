@@ -96,23 +96,5 @@ TEST_F(PromWindow, ThePanesCanBeCopiedAndNotTypedInto) {
     w.actions.run(1, [left] { EXPECT_TRUE(left->isEnabled()) << "while the PROM is read"; });
 }
 
-TEST_F(PromWindow, TheXIsCloseWindow) {
-    int closings = 0;
-    utilities.goBack = [&](bool fromLimits) { closings += fromLimits ? 1 : 100; };
-    open("ME111", 1);
-    w.actions.run(1, [this] {
-        window.close();
-        W::click(window, "cmdBye");
-        W::click(window, "cmdReadPROM");
-    });
-    EXPECT_TRUE(window.isVisible()) << "another action runs";
-    EXPECT_EQ(w.base.port.sent, "JJ");
-    window.close();
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(closings, 1);
-    EXPECT_EQ(w.base.port.sent, "JJW");
-    EXPECT_EQ(w.state.prom.promSizeCode, 1) << "the empty window shows 1K, the session keeps 2K";
-}
-
 }  // namespace
 }  // namespace vantor::test
