@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+
+#include "cc/CcMemory.h"
+
+namespace vantor {
+
+/// What the EEPROM utilities window and the clone box do with a mech's memory.
+class CcUtilities {
+  public:
+    CcUtilities(SessionState& state, ProgrammerLink& link, Prompts& prompts, ErrorReporter& errors,
+                CcMemory& memory)
+        : state_(state), link_(link), prompts_(prompts), errors_(errors), memory_(memory) {}
+
+    /// "J", read, "W"; true when every word came.
+    bool readEeprom();
+    /// Asks for a name and writes the old image there; an existing file only after asking.
+    void saveToFile();
+    /// Asks for a data file, shows what will be overwritten, writes and verifies. True only for a
+    /// verified mech. Works without a memory read before: it is the rescue of a spoilt mech.
+    bool eeProgramme();
+    /// Clone Coin Mech: reads the mech first, so that only what differs is written.
+    bool cloneFromFile();
+    /// Writes a 435's settings and verifies. False after an incomplete read, invalid settings, a
+    /// declined question or a failed verification; each was told.
+    bool programmeRouting(const C435Settings& settings);
+
+  private:
+    bool programFile();
+    bool confirm(int title, int text, int words);
+    bool writeRouting(const C435Settings& settings);
+    void tell(int title, int text);
+
+    SessionState& state_;
+    ProgrammerLink& link_;
+    Prompts& prompts_;
+    ErrorReporter& errors_;
+    CcMemory& memory_;
+};
+
+}  // namespace vantor
