@@ -38,6 +38,24 @@ struct CoinsetRules {
     bool alwaysReadsOldMemory = true;
 };
 
+enum class WizardMode { editLimits = 1, addReplace = 2, slugFix = 3 };
+
+/// What the wizard panel asks for beside the coin channel, for the selected model.
+struct WizardPanel {
+    int coinCaption = 427;   ///< message number: head of the coin list
+    bool coinValue = false;  ///< the coin's value
+    bool lines = false;      ///< output line and inhibit line, preset by the coin that is picked
+};
+
+/// What the technician chose on the wizard panel.
+struct WizardInputs {
+    WizardMode mode = WizardMode::editLimits;
+    int channel = 0;      ///< 1..24
+    int coinValue = 0;    ///< as typed; 0 when no number was
+    int outputLine = 0;   ///< 1..6; 0 = none chosen
+    int inhibitLine = 0;  ///< 1..6; 0 = none chosen
+};
+
 /// Everything that differs per maker. One implementation per maker, in its own folder.
 class MechFamily {
   public:
@@ -82,6 +100,24 @@ class MechFamily {
     [[nodiscard]] virtual bool hasCoinValue() const { return false; }
     /// Whether the model's PROM is always 2K (the ME181).
     [[nodiscard]] virtual bool twoSegmentProm() const { return false; }
+
+    // --- wizards
+
+    [[nodiscard]] virtual WizardPanel wizardPanel() const { return {}; }
+    /// Whether a wizard keeps what the mech's memory holds of `channel` (1..24), because the memory
+    /// can hold it.
+    [[nodiscard]] virtual bool keepsChannel(int channel) const {
+        (void)channel;
+        return true;
+    }
+    /// Prepares what a wizard changes beside limits, from the panel's inputs and, where the family
+    /// needs that first, the mech's memory. False ends the wizard; the reason was told.
+    [[nodiscard]] virtual bool startWizard(const WizardInputs& inputs) {
+        (void)inputs;
+        return true;
+    }
+    /// After a wizard's last drop, before the transfer.
+    virtual void finishWizard() {}
 
     // --- memory
 

@@ -190,11 +190,17 @@ void ProgrammerLink::sendString(std::string_view bytes) {
 }
 
 void ProgrammerLink::sendAndWait(std::string_view bytes) {
+    constexpr bool kGoOn = false;
+    sendAndWait(bytes, kGoOn);
+}
+
+void ProgrammerLink::sendAndWait(std::string_view bytes, const bool& stop) {
+    if (stop) return;
     state_.link.replyFlag = false;
     errors_.attempt(207, [&] {
         if (!transmit(bytes) && state_.link.portOpen) portFailed("The port takes no data");
     });
-    waitFor(kReplyMs, state_.link.replyFlag);
+    waitFor(kReplyMs, [&] { return state_.link.replyFlag || stop; });
 }
 
 void ProgrammerLink::sendEscapes(int count) {

@@ -54,6 +54,9 @@ class ProgrammerLink {
     void sendString(std::string_view bytes);
     /// Clears `replyFlag`, sends, waits up to 800 ms for a text line of any kind.
     void sendAndWait(std::string_view bytes);
+    /// The same for a run that can be cancelled: sends nothing once `stop` is set, and stops
+    /// waiting when it becomes so.
+    void sendAndWait(std::string_view bytes, const bool& stop);
     void sendJ() { sendString("J"); }
     void sendW() { sendString("W"); }
     /// ESC, `count` times, each its own send.

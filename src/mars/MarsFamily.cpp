@@ -12,6 +12,7 @@ namespace vantor {
 namespace {
 
 constexpr int kHighestLimit = 4095;
+constexpr int kHighestCoinValue = 255;
 constexpr std::uint32_t kBlue = 0x0000FF;
 constexpr int kTimingAttempts = 6;
 constexpr int kReplyMs = 800;
@@ -111,19 +112,22 @@ void MarsFamily::startMeasuring() {
 }
 
 void MarsFamily::startRun() {
+    const bool& cancelled = state_.gather.abortFlag;
     setupMarsTimings(state_.mech.mechType);
-    link_.sendAndWait("M");
+    link_.sendAndWait("M", cancelled);
+    if (cancelled) return;
     link_.sendString("I");
     bracketCfd();
 }
 
 void MarsFamily::setupMarsTimings(std::string_view mechType) {
     const MarsModel& wanted = marsModel(mechType);
+    const bool& cancelled = state_.gather.abortFlag;
     bool taken = false;
-    for (int attempt = 0; attempt < kTimingAttempts && !taken; ++attempt) {
+    for (int attempt = 0; attempt < kTimingAttempts && !taken && !cancelled; ++attempt) {
         errors_.attempt(220, [&] { taken = timingsAttempt(wanted); });
     }
-    if (taken) return;
+    if (taken || cancelled) return;
     prompts_.ask({.title = state_.msgText(219),
                   .text = state_.msgText(218),
                   .icon = PromptIcon::information});
@@ -132,14 +136,42 @@ void MarsFamily::setupMarsTimings(std::string_view mechType) {
 bool MarsFamily::timingsAttempt(const MarsModel& wanted) {
     const BoxReplies& box = state_.box;
     if (!wanted.commandBeforeTimings.empty()) link_.sendString(wanted.commandBeforeTimings);
-    link_.sendAndWait(std::string(wanted.timingCommand) + '\r');
+    const bool& cancelled = state_.gather.abortFlag;
+    link_.sendAndWait(std::string(wanted.timingCommand) + '\r', cancelled);
+    if (cancelled) return false;
     // Not sendAndWait: a stray line must not pass for the status, nor old timings for new ones.
     state_.box.statusReceived = false;
     link_.sendString("S");
-    if (!link_.waitFor(kReplyMs, box.statusReceived)) return false;
+    link_.waitFor(kReplyMs, [&] { return box.statusReceived || cancelled; });
+    if (!box.statusReceived) return false;
     const std::string readBack = "Z" + padded(box.timing1, 3) + padded(box.timing2, 3) +
                                  padded(box.timing3, 3) + padded(box.timing4, 3);
     return readBack == wanted.timingCommand;
+}
+
+// --- wizards ------------------------------------------------------------------------------
+
+WizardPanel MarsFamily::wizardPanel() const {
+    return {.coinCaption = 426, .coinValue = model().layout.coinValues};
+}
+
+bool MarsFamily::keepsChannel(int channel) const {
+    const int size = model().alwaysTwoK ? 1 : state_.prom.promSizeCode;
+    return marsPromHasChannel(model().layout, size, channel);
+}
+
+bool MarsFamily::startWizard(const WizardInputs& inputs) {
+    if (!model().layout.coinValues || inputs.mode != WizardMode::addReplace) return true;
+    if (inputs.coinValue < 0 || inputs.coinValue > kHighestCoinValue) {
+        const std::string line(kCrLf);
+        prompts_.ask(
+            {.title = state_.msgText(478),
+             .text = state_.msgText(476) + line + line + "0 - " + std::to_string(kHighestCoinValue),
+             .icon = PromptIcon::critical});
+        return false;
+    }
+    state_.nriNew.newCoinValue[inputs.channel] = inputs.coinValue;
+    return true;
 }
 
 // --- memory --------------------------------------------------------------------------------

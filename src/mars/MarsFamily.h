@@ -34,6 +34,10 @@ class MarsFamily final : public MechFamily {
     /// them is told, and the caller goes on either way.
     void setupMarsTimings(std::string_view mechType);
 
+    [[nodiscard]] WizardPanel wizardPanel() const override;
+    [[nodiscard]] bool keepsChannel(int channel) const override;
+    [[nodiscard]] bool startWizard(const WizardInputs& inputs) override;
+
     bool readMemory() override { return prom_.readMemory(); }
     void readOldMemory() override;
     void copyOldMemoryData() override;

@@ -83,6 +83,7 @@ void CoinsetRun::perform(const Chosen& file) {
     itemClear_ = false;
     parts_.display.hideMainWindow();
     frame_.takeWindow(shownPath(file.path), kCancelMessage);
+    parts_.link.sendJ();
 
     std::vector<std::string_view> lines = splitLines(file.text);
     // A file that ends too soon is read as if empty lines followed.
@@ -98,6 +99,7 @@ void CoinsetRun::perform(const Chosen& file) {
     for (lineNumber_ = 3; idlesGood && !abort && lineNumber_ <= lines.size(); ++lineNumber_) {
         record(lines[lineNumber_ - 1]);
     }
+    parts_.prompts.beep();
     frame_.itemsDone();
     if (!idlesGood || abort) return;
     parts_.prompts.ask({.title = parts_.state.msgText(419), .text = parts_.state.msgText(418)});

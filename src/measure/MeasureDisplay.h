@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "link/MechFamily.h"
+
 namespace vantor {
 
 /// The measurement window as measure/ sees it. The window reads what it shows from SessionState
@@ -43,6 +45,14 @@ class MeasureDisplay {
     [[nodiscard]] virtual bool duplicateTicked() const = 0;
     /// The text of the coin value box.
     [[nodiscard]] virtual std::string coinValueText() const = 0;
+
+    /// The fields of the wizard panel as a wizard finds them: the model, the heads, what the model
+    /// asks for, the first coin value.
+    virtual void showWizardChoices(const WizardPanel& panel) = 0;
+    /// The selected entry of the target coin list; empty without one.
+    [[nodiscard]] virtual std::string chosenCoin() const = 0;
+    [[nodiscard]] virtual int chosenOutputLine() const = 0;   ///< 1..6; 0 = none
+    [[nodiscard]] virtual int chosenInhibitLine() const = 0;  ///< 1..6; 0 = none
 };
 
 }  // namespace vantor

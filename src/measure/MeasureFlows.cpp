@@ -1,6 +1,7 @@
 #include "measure/MeasureFlows.h"
 
 #include "measure/CoinsetRun.h"
+#include "measure/Wizard.h"
 
 namespace vantor {
 
@@ -13,12 +14,13 @@ struct MeasureFlows::Impl {
           gather(p, log, readings),
           frame(p, log, readings, setup),
           transfer(p),
-          coinset(p, frame, log, readings, setup, gather, transfer) {}
+          coinset(p, frame, log, readings, setup, gather, transfer),
+          wizard(p, frame, log, readings, gather, transfer) {}
 
     void cancelRun() {
         GatherState& gatherState = parts.state.gather;
         gatherState.abortFlag = true;
-        parts.display.setBackButton(407, false);
+        parts.display.setBackButton(gatherState.wizardRun ? 472 : 407, false);
         parts.display.enablePromChoices(true);
     }
 
@@ -38,6 +40,7 @@ struct MeasureFlows::Impl {
     RunFrame frame;
     Transfer transfer;
     CoinsetRun coinset;
+    Wizard wizard;
     bool busy = false;  ///< a flow of this window is under way
 };
 
@@ -69,6 +72,20 @@ void MeasureFlows::runCoinsetFile() {
     if (impl_->busy) return;
     const BusyScope scope(impl_->busy);
     impl_->coinset.run();
+}
+
+void MeasureFlows::openWizards() {
+    if (!impl_->busy) impl_->wizard.open();
+}
+
+void MeasureFlows::cancelWizards() {
+    if (!impl_->busy) impl_->wizard.cancel();
+}
+
+void MeasureFlows::runWizard(WizardMode mode) {
+    if (impl_->busy) return;
+    const BusyScope scope(impl_->busy);
+    impl_->wizard.run(mode);
 }
 
 void MeasureFlows::backButton() {

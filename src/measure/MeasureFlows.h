@@ -40,6 +40,11 @@ class MeasureFlows {
 
     // --- buttons and choices
     void runCoinsetFile();
+    /// The wizard panel, and back from it to the measurements panel.
+    void openWizards();
+    void cancelWizards();
+    /// Runs a wizard on what the wizard panel says.
+    void runWizard(WizardMode mode);
     /// Cancel Operation while a run is active, else back to the main window.
     void backButton();
     void choosePromSize(int promSizeCode);                    ///< 0 = 1K, 1 = 2K

@@ -49,7 +49,6 @@ void RunFrame::takeWindow(const std::string& caption, int cancelMessage) {
     parts_.state.gather.runActive = true;
     parts_.display.enableRunButtons(false);
     parts_.display.setBackButton(cancelMessage, true);
-    parts_.link.sendJ();
 }
 
 bool RunFrame::openLog() {
@@ -77,7 +76,6 @@ void RunFrame::askIdles() {
 
 void RunFrame::itemsDone() {
     log_.close();
-    parts_.prompts.beep();
     readings_.updateStats(1);
     parts_.state.item.itemCode.clear();
     parts_.state.item.itemDescription.clear();

@@ -17,7 +17,8 @@ class RunFrame {
     /// Clears everything that belongs to a run: items, limits, what a coinset says, the old
     /// memory. The title, reference code and version stay: a wizard sets its own before.
     void beginRun(bool wizard);
-    /// The run owns the window and the box from here on: Back becomes Cancel Operation.
+    /// The run owns the window from here on: Back becomes Cancel Operation, and every way out is
+    /// `endRun`.
     void takeWindow(const std::string& caption, int cancelMessage);
 
     /// Opens the log where the technician wants one; false when the run is not to go on.

@@ -42,4 +42,12 @@ std::vector<std::string> lineEntries() {
     return lines;
 }
 
+int lineOfCoin(std::string_view coin) {
+    constexpr std::size_t kDigits = 2;
+    const int number =
+        lenientInteger(coin.size() > kDigits ? coin.substr(coin.size() - kDigits) : coin);
+    const int line = number > kLines ? number - kLines : number;
+    return line >= 1 && line <= kLines ? line : 0;
+}
+
 }  // namespace vantor

@@ -20,4 +20,8 @@ namespace vantor {
 /// Output and inhibit lines 1..6, right-aligned in ten characters.
 [[nodiscard]] std::vector<std::string> lineEntries();
 
+/// The output and inhibit line that belongs to an entry of the target coins, 1..6: the coin's
+/// number, or that less 6. 0 = none.
+[[nodiscard]] int lineOfCoin(std::string_view coin);
+
 }  // namespace vantor

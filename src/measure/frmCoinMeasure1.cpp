@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
+#include <QIntValidator>
 #include <QLabel>
 
 #include "catalogue/Text.h"
@@ -21,12 +22,14 @@ constexpr int kWidestPanelTwips = 11775, kParameterTwips = 1680;
 constexpr int kSegmentsOf1K = 2;
 constexpr std::string_view kWidestNumber = " 0000.0 ";
 constexpr const char* kFirstCoinValue = "5";
+constexpr const char* kWizardCoinValue = "10";
+constexpr int kHighestTypedValue = 65535;
 
 constexpr int kMsgSegmentsError = 400, kMsgBackError = 401, kMsgCancelWizardsError = 404,
               kMsgRunError = 495, kMsgWizardError = 429, kMsgSlugLayoutError = 435,
               kMsgCoinLayoutError = 438, kMsg1KError = 439, kMsg2KError = 440,
-              kMsgCoinListError = 441, kMsgSegmentListError = 443, kMsgBackToMain = 445,
-              kMsgDesignBack = 536;
+              kMsgSegmentHead = 425, kMsgOutputHead = 428, kMsgCoinListError = 441,
+              kMsgSegmentListError = 443, kMsgDesignBack = 536;
 
 enum Row {
     kNameRow,
@@ -89,7 +92,9 @@ FrmCoinMeasure1::FrmCoinMeasure1(SessionState& state, ActionFrame& actions,
     actions_.adopt(this);
     actions_.allowWhileBusy(ui_->cmdBack);
     actions_.onBusyChange([this](bool busy) {
-        if (!busy && isVisible() && focusWidget() == this) ui_->cmdRunCoinset->setFocus();
+        if (busy || !isVisible() || focusWidget() != this) return;
+        const bool wizard = ui_->stkPanels->currentWidget() == ui_->pagWizard;
+        (wizard ? static_cast<QWidget*>(ui_->cmbCoin) : ui_->cmdRunCoinset)->setFocus();
     });
     closeWindow();
 }
@@ -104,6 +109,7 @@ void FrmCoinMeasure1::makeFields() {
         makeField(label);
     }
     makeNumberField(ui_->lblNumber, kWidestNumber);
+    ui_->txtCoinValue->setValidator(new QIntValidator(0, kHighestTypedValue, this));
     embolden(ui_->lblNumber, 1.25);
     embolden(ui_->lblManufacturer, 1.25);
     ui_->lblManufacturer->setAlignment(Qt::AlignCenter);
@@ -195,8 +201,18 @@ void FrmCoinMeasure1::connectChoices() {
     }
     connect(ui_->cmbSegment, &QComboBox::activated, this,
             [this] { actions_.run(kMsgCoinListError, [this] { fillTargetCoins(); }); });
+    connect(ui_->cmbCoin, &QComboBox::activated, this,
+            [this] { actions_.run(kMsgWizardError, [this] { chooseLinesOfCoin(); }); });
     connect(ui_->chkduplicate, &QCheckBox::clicked, this,
             [this](bool ticked) { state_.prom.duplicateSegments = ticked; });
+}
+
+void FrmCoinMeasure1::chooseLinesOfCoin() {
+    const MechFamily* family = families_.current();
+    const int line = lineOfCoin(chosenCoin());
+    if (!family || !family->wizardPanel().lines || line == 0) return;
+    ui_->cmbOutput->setCurrentIndex(line - 1);
+    ui_->cmbInhibit->setCurrentIndex(line - 1);
 }
 
 // A click on a segment that the PROM does not have selects nothing; it can only clear one.
@@ -217,15 +233,18 @@ void FrmCoinMeasure1::connectButtons() {
     connect(ui_->cmdRunCoinset, &QPushButton::clicked, this,
             [this] { actions_.run(kMsgRunError, [this] { flows_->runCoinsetFile(); }); });
     connect(ui_->cmdSpecialUtilities, &QPushButton::clicked, this,
-            [this] { actions_.run(kMsgWizardError, [this] { wizards(); }); });
-    connect(ui_->cmdCancelWizards, &QPushButton::clicked, this, [this] {
-        actions_.run(kMsgCancelWizardsError, [this] {
-            showWizardPanel(false);
-            enableRunButtons(true);
-            enablePromChoices(true);
-            setBackButton(kMsgBackToMain, true);
+            [this] { actions_.run(kMsgWizardError, [this] { flows_->openWizards(); }); });
+    connect(ui_->cmdCancelWizards, &QPushButton::clicked, this,
+            [this] { actions_.run(kMsgCancelWizardsError, [this] { flows_->cancelWizards(); }); });
+    const std::pair<QPushButton*, WizardMode> wizards[] = {
+        {ui_->cmdEditLimits, WizardMode::editLimits},
+        {ui_->cmdAddReplace, WizardMode::addReplace},
+        {ui_->cmdSlugFix, WizardMode::slugFix}};
+    for (const auto& [button, mode] : wizards) {
+        connect(button, &QPushButton::clicked, this, [this, mode = mode] {
+            actions_.run(kMsgWizardError, [this, mode] { flows_->runWizard(mode); });
         });
-    });
+    }
     connect(ui_->cmdBack, &QPushButton::clicked, this, [this] { pressBack(); });
 }
 
@@ -295,8 +314,8 @@ void FrmCoinMeasure1::applyWizardCaptions() {
     ui_->lblWizardMechHead->setText(message(538));
     ui_->lblSegmentHead->setText(message(539));
     ui_->lblCoinHead->setText(message(540));
+    ui_->lblOutputHead->setText(message(kMsgOutputHead));
     ui_->lblCoinValueHead->setText(message(541));
-    ui_->lblOutputHead->setText(message(428));
     ui_->lblInhibitHead->setText(message(542));
     ui_->cmdAddReplace->setText(caption(543));
     ui_->frmWizards->setTitle(caption(544));
@@ -380,11 +399,7 @@ void FrmCoinMeasure1::setBackButton(int captionMessage, bool enabled) {
 
 void FrmCoinMeasure1::enableRunButtons(bool enabled) {
     actions_.setEnabled(ui_->cmdRunCoinset, enabled);
-    const bool known = bool(wizards);
-    offer(actions_, ui_->cmdSpecialUtilities, enabled, known);
-    for (QWidget* button : {ui_->cmdAddReplace, ui_->cmdSlugFix, ui_->cmdEditLimits}) {
-        offer(actions_, button, true, known);
-    }
+    actions_.setEnabled(ui_->cmdSpecialUtilities, enabled);
 }
 
 void FrmCoinMeasure1::enablePromChoices(bool enabled) {
@@ -394,7 +409,6 @@ void FrmCoinMeasure1::enablePromChoices(bool enabled) {
 }
 
 void FrmCoinMeasure1::showWizardPanel(bool wizard) {
-    ui_->lblWizardMechType->setText(toQt(state_.mech.mechType));
     ui_->stkPanels->setCurrentWidget(wizard ? ui_->pagWizard : ui_->pagMeasure);
 }
 
@@ -408,12 +422,6 @@ void FrmCoinMeasure1::showMech() {
     ui_->lblManufacturer->setPalette(maker);
     ui_->frmPromSize->setVisible(look.promSocket);
     ui_->frmPromSegments->setVisible(look.promSocket);
-    ui_->lblSegmentHead->setVisible(look.promSocket);
-    ui_->cmbSegment->setVisible(look.promSocket);
-    for (QWidget* control : std::initializer_list<QWidget*>{ui_->lblOutputHead, ui_->cmbOutput,
-                                                            ui_->lblInhibitHead, ui_->cmbInhibit}) {
-        control->setVisible(!look.promSocket);
-    }
     const bool coinValue = family && family->hasCoinValue();
     ui_->lblCoinValueHead->setVisible(coinValue);
     ui_->txtCoinValue->setVisible(coinValue);
@@ -538,6 +546,36 @@ bool FrmCoinMeasure1::duplicateTicked() const {
 
 std::string FrmCoinMeasure1::coinValueText() const {
     return fromQt(ui_->txtCoinValue->text());
+}
+
+void FrmCoinMeasure1::showWizardChoices(const WizardPanel& panel) {
+    const MechFamily* family = families_.current();
+    const bool segments = family && family->look().promSocket;
+    ui_->lblWizardMechType->setText(toQt(state_.mech.mechType));
+    ui_->lblSegmentHead->setText(toQt(state_.msgText(kMsgSegmentHead)));
+    ui_->lblCoinHead->setText(toQt(state_.msgText(panel.coinCaption)));
+    ui_->lblOutputHead->setText(toQt(state_.msgText(kMsgOutputHead)));
+    const auto show = [](QWidget* head, QWidget* choice, bool shown) {
+        head->setVisible(shown);
+        choice->setVisible(shown);
+    };
+    show(ui_->lblSegmentHead, ui_->cmbSegment, segments);
+    show(ui_->lblCoinValueHead, ui_->txtCoinValue, panel.coinValue);
+    show(ui_->lblOutputHead, ui_->cmbOutput, panel.lines);
+    show(ui_->lblInhibitHead, ui_->cmbInhibit, panel.lines);
+    if (panel.coinValue) ui_->txtCoinValue->setText(QLatin1String(kWizardCoinValue));
+}
+
+std::string FrmCoinMeasure1::chosenCoin() const {
+    return fromQt(ui_->cmbCoin->currentText());
+}
+
+int FrmCoinMeasure1::chosenOutputLine() const {
+    return ui_->cmbOutput->currentIndex() + 1;
+}
+
+int FrmCoinMeasure1::chosenInhibitLine() const {
+    return ui_->cmbInhibit->currentIndex() + 1;
 }
 
 FrmCoinMeasure1::ParameterColumn& FrmCoinMeasure1::column(int parameter) {

@@ -39,8 +39,6 @@ class FrmCoinMeasure1 final : public QWidget, public MeasureDisplay {
     // Other windows.
     std::function<void()> hideMain;
     std::function<void()> backToMain;  ///< shows the main window and runs its setupMainForm
-    /// Opens the wizard panel; unset = the Wizards button stays disabled ("not available yet").
-    std::function<void()> wizards;
 
     void applyCaptions();
     /// Captions, the fresh set-up (which shows the window), the duplicate / clone box.
@@ -71,6 +69,10 @@ class FrmCoinMeasure1 final : public QWidget, public MeasureDisplay {
     [[nodiscard]] bool logResultsTicked() const override;
     [[nodiscard]] bool duplicateTicked() const override;
     [[nodiscard]] std::string coinValueText() const override;
+    void showWizardChoices(const WizardPanel& panel) override;
+    [[nodiscard]] std::string chosenCoin() const override;
+    [[nodiscard]] int chosenOutputLine() const override;
+    [[nodiscard]] int chosenInhibitLine() const override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -94,6 +96,7 @@ class FrmCoinMeasure1 final : public QWidget, public MeasureDisplay {
     [[nodiscard]] bool exists(int segment) const;  ///< 0-based; in a PROM of the chosen size
     void showParameterCount();
     void fillTargetCoins();
+    void chooseLinesOfCoin();
     void showItemLayout(bool coinLayout);
     void pressBack();
     [[nodiscard]] ParameterColumn& column(int parameter);

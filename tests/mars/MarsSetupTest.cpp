@@ -101,6 +101,71 @@ TEST(MarsRun, BeginsWithTimingsAndCoinDataOff) {
     }
 }
 
+TEST(MarsRun, CancelEndsEveryWaitOfItsBeginning) {
+    struct Case {
+        const char* name;
+        bool status;
+        int afterMs;
+        const char* sent;
+    };
+    // Only the status is answered, so that every other wait lasts until it is cancelled.
+    for (const Case& c :
+         {Case{"the timing command", true, 100, "Z030020150100\r"},
+          Case{"the status", false, 900, "Z030020150100\rS"},
+          Case{"the timings refused", false, 2500, "Z030020150100\rSZ030020150100\rS"},
+          Case{"the mode", true, 900, "Z030020150100\rSM"}}) {
+        MarsWorld world;
+        if (c.status) world.port.answer("S", kPresent);
+        world.loop.callAfter(std::chrono::milliseconds(c.afterMs),
+                             [&] { world.state.gather.abortFlag = true; });
+        world.mars.startRun();
+        EXPECT_EQ(world.port.sent, c.sent) << c.name;
+        EXPECT_LE(world.ms(), c.afterMs + 20) << c.name;
+        EXPECT_TRUE(world.prompts.asked.empty()) << c.name;
+    }
+}
+
+TEST(MarsWizard, KeepsWhatTheOldPromHolds) {
+    struct Case {
+        const char* model;
+        int promSizeCode;
+        int lastKept;
+    };
+    for (const Case& c : {Case{"ME111", 0, 12}, Case{"ME111", 1, 24}, Case{"MS1000", 1, 24},
+                          Case{"ME181", 1, 12}, Case{"ME181", 0, 12}}) {
+        MarsWorld world(c.model, c.promSizeCode);
+        for (int channel = 1; channel <= kChannels; ++channel) {
+            EXPECT_EQ(world.mars.keepsChannel(channel), channel <= c.lastKept)
+                << c.model << c.promSizeCode << " channel " << channel;
+        }
+    }
+}
+
+TEST(MarsWizard, TakesTheCoinValueOfANewCoinOnly) {
+    struct Case {
+        const char* model;
+        WizardMode mode;
+        int value;
+        bool allowed;
+        int stored;
+    };
+    for (const Case& c : {Case{"ME181", WizardMode::addReplace, 255, true, 255},
+                          Case{"ME181", WizardMode::addReplace, 256, false, 7},
+                          Case{"ME181", WizardMode::addReplace, -1, false, 7},
+                          Case{"ME181", WizardMode::slugFix, 256, true, 7},
+                          Case{"ME181", WizardMode::editLimits, 10, true, 7},
+                          Case{"ME111", WizardMode::addReplace, 256, true, 7}}) {
+        MarsWorld world(c.model, 1);
+        world.state.nriNew.newCoinValue[12] = 7;
+        EXPECT_EQ(world.mars.startWizard({.mode = c.mode, .channel = 12, .coinValue = c.value}),
+                  c.allowed);
+        EXPECT_EQ(world.state.nriNew.newCoinValue[12], c.stored);
+        EXPECT_EQ(world.textsAsked(),
+                  c.allowed ? "" : "Error: Invalid Coin Value has been Set\r\n\r\n0 - 255\n");
+        EXPECT_EQ(world.mars.wizardPanel().coinValue, c.model == std::string_view("ME181"));
+    }
+}
+
 TEST(MarsRun, ReadingsOutOfRangeAreRefused) {
     struct Case {
         std::array<int, 3> reading;

@@ -19,16 +19,25 @@ class FakeFamily final : public MechFamily {
     CoinsetRules rules{.promLine = true, .alwaysReadsOldMemory = false};
     bool cloned = true;
     bool throwInStartRun = false;
+    std::string_view maker = kMars;
+    WizardPanel panel;
+    int keptChannels = kChannels;
+    int capacity = 4095;
+    bool wizardAllowed = true;
+    std::function<void()> whileRunStarts;
+    std::function<void()> afterEnable;
     std::function<void()> whileStarting;
     std::vector<std::string> calls;
+    WizardInputs wizard;  ///< what the last wizard started with
 
-    [[nodiscard]] std::string_view code() const override { return kMars; }
+    [[nodiscard]] std::string_view code() const override { return maker; }
     [[nodiscard]] FamilyLook look() const override { return {.name = "Fake", .promSocket = true}; }
-    [[nodiscard]] LimitRules limitRules() const override { return {.capacity = 4095}; }
+    [[nodiscard]] LimitRules limitRules() const override { return {.capacity = capacity}; }
     [[nodiscard]] CoinsetRules coinsetRules() const override { return rules; }
     void enableCoinData(int channel) override {
         calls.push_back("enable " + std::to_string(channel));
         link_.sendString("N");
+        if (afterEnable) afterEnable();
     }
     void disableCoinData() override { link_.sendString("I"); }
     [[nodiscard]] bool readingValid() const override {
@@ -41,7 +50,16 @@ class FakeFamily final : public MechFamily {
     void startRun() override {
         if (throwInStartRun) throw std::runtime_error("no timings");
         link_.sendString("<run>");
+        if (whileRunStarts) whileRunStarts();
     }
+    [[nodiscard]] WizardPanel wizardPanel() const override { return panel; }
+    [[nodiscard]] bool keepsChannel(int channel) const override { return channel <= keptChannels; }
+    [[nodiscard]] bool startWizard(const WizardInputs& inputs) override {
+        wizard = inputs;
+        calls.emplace_back("wizard");
+        return wizardAllowed;
+    }
+    void finishWizard() override { calls.emplace_back("wizard done"); }
     bool programmeFromFile() override {
         calls.emplace_back("clone");
         return cloned;
@@ -71,6 +89,9 @@ class FakeMeasureDisplay final : public MeasureDisplay {
     std::string caption, number, readings;
     int backCaption = 0;
     bool backEnabled = false, runEnabled = false, coinLayout = true, visible = false;
+    bool promChoicesEnabled = false, wizardPanel = false;
+    WizardPanel shownPanel;
+    std::string target = "C2", coinValue = "10", code, description;
 
     void showMeasureWindow() override { visible = true; }
     void hideMeasureWindow() override { visible = false; }
@@ -82,8 +103,8 @@ class FakeMeasureDisplay final : public MeasureDisplay {
         backEnabled = enabled;
     }
     void enableRunButtons(bool enabled) override { runEnabled = enabled; }
-    void enablePromChoices(bool) override {}
-    void showWizardPanel(bool) override {}
+    void enablePromChoices(bool enabled) override { promChoicesEnabled = enabled; }
+    void showWizardPanel(bool wizard) override { wizardPanel = wizard; }
     void showMech() override {}
     void showPromChoices() override { events.emplace_back("prom"); }
     void showTargetLists() override { events.emplace_back("lists"); }
@@ -95,11 +116,18 @@ class FakeMeasureDisplay final : public MeasureDisplay {
     }
     void showNumber(const std::string& text) override { number = text; }
     void showNumberCaption(const std::string&) override {}
-    void showItem(const std::string&, const std::string&) override {}
+    void showItem(const std::string& itemCode, const std::string& itemDescription) override {
+        code = itemCode;
+        description = itemDescription;
+    }
     void showCoinset() override {}
     [[nodiscard]] bool logResultsTicked() const override { return log; }
     [[nodiscard]] bool duplicateTicked() const override { return duplicate; }
-    [[nodiscard]] std::string coinValueText() const override { return "5"; }
+    [[nodiscard]] std::string coinValueText() const override { return coinValue; }
+    void showWizardChoices(const WizardPanel& panel) override { shownPanel = panel; }
+    [[nodiscard]] std::string chosenCoin() const override { return target; }
+    [[nodiscard]] int chosenOutputLine() const override { return 3; }
+    [[nodiscard]] int chosenInhibitLine() const override { return 4; }
 };
 
 class FakeLimitsDisplay final : public LimitsDisplay {
@@ -193,7 +221,8 @@ struct MeasureWorld : LinkWorld {
         EXPECT_FALSE(gather.runActive || gather.gatherActive || gather.abortFlag ||
                      gather.logEnabled);
         EXPECT_EQ(gather.coinsRemaining, 0);
-        EXPECT_TRUE(display.runEnabled && display.backEnabled);
+        EXPECT_TRUE(display.runEnabled && display.backEnabled && display.promChoicesEnabled);
+        EXPECT_FALSE(display.wizardPanel);
         EXPECT_EQ(display.backCaption, 445);
         EXPECT_TRUE(state.item.isCoin);
     }

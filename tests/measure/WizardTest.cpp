@@ -1,0 +1,271 @@
+#include <gtest/gtest.h>
+
+#include "MeasureWorld.h"
+#include "measure/TargetLists.h"
+
+namespace vantor::test {
+namespace {
+
+struct Wizard : ::testing::Test, MeasureWorld {
+    void run(WizardMode mode) {
+        flows.openWizards();
+        port.sent.clear();
+        prompts.asked.clear();
+        flows.runWizard(mode);
+    }
+    [[nodiscard]] std::string asked() const {
+        std::string texts;
+        for (const Prompt& box : prompts.asked) texts += box.title + "[" + box.text + "] ";
+        return texts;
+    }
+    [[nodiscard]] std::string row(int index) const {
+        std::string cells;
+        for (int column = 0; column <= 8; ++column) {
+            cells += std::to_string(state.coinTable.itemLimits[index][column]) + " ";
+        }
+        return cells;
+    }
+};
+
+TEST_F(Wizard, ThePanelLocksTheOtherControlsUntilItsCancel) {
+    family.panel = {.coinCaption = 426, .coinValue = true};
+    flows.CoinInitialise(0);
+    display.events.clear();
+    flows.openWizards();
+    EXPECT_TRUE(display.wizardPanel && display.shownPanel.coinValue);
+    EXPECT_EQ(display.events, std::vector<std::string>{"lists"});
+    EXPECT_FALSE(display.runEnabled || display.backEnabled || display.promChoicesEnabled);
+    EXPECT_EQ(display.backCaption, 445);
+    flows.cancelWizards();
+    expectReady();
+}
+
+TEST_F(Wizard, AddReplaceMeasuresOneChannelAndKeepsTheOthers) {
+    display.log = true;
+    display.coinValue = "25";
+    family.keptChannels = 12;
+    prompts.chooseFile(folder / "log.csv");
+    prompts.expect("Start Coin Drop", Answer::ok, [this] {
+        EXPECT_EQ(display.code + "/" + display.description, "C2/Coin to Add or Replace");
+        EXPECT_EQ(display.caption, "Wizard");
+        EXPECT_EQ(display.backCaption, 472);
+        EXPECT_TRUE(display.backEnabled);
+        EXPECT_FALSE(display.runEnabled || display.wizardPanel);
+        EXPECT_EQ(display.number, " 20");
+        EXPECT_EQ(state.item.flierTolerance[1] * 100 + state.item.slugSeparation[3], 2002);
+    });
+    port.answer("N", drops(10) + drops(9, 1010) + drops(1, 1300));
+    run(WizardMode::addReplace);
+
+    // The flier is beyond the band of 20 %, ten readings are enough.
+    EXPECT_EQ(asked(), "[Start Coin Drop] [Gathered Coin Data] ");
+    EXPECT_EQ(port.sent, "<run>JYNIW");
+    EXPECT_EQ(family.calls, (std::vector<std::string>{"wizard", "enable 9", "wizard done",
+                                                      "read old", "rebuild"}));
+    EXPECT_EQ(family.wizard.channel * 1000 + family.wizard.coinValue, 9025);
+    EXPECT_EQ(family.wizard.outputLine * 10 + family.wizard.inhibitLine, 34);
+    EXPECT_EQ(state.coinset.referenceCode + state.coinset.version, "WIZ2");
+    EXPECT_EQ(row(0), "1 9 993 1017 1498 1502 2198 2202 0 ");
+    EXPECT_EQ(state.item.nextItem, 1);
+    for (int channel = 1; channel <= kChannels; ++channel) {
+        EXPECT_EQ(state.coinset.oldChannelSource[channel],
+                  channel == 9 || channel > 12 ? 0 : channel);
+    }
+    EXPECT_TRUE(state.coinset.usesOldChannels && state.gather.wizardRun);
+    EXPECT_EQ(state.limits.channelLimits[9][1], 993);
+    EXPECT_TRUE(limitsDisplay.visible);
+    const std::string readings = log();
+    EXPECT_TRUE(
+        readings.starts_with("\"Wizard\",2\r\n"
+                             "\"Idles\",100,200,300\r\n"
+                             "\"Coin to Add or Replace\",\"C2\"\r\n"
+                             "\"\",\"Thickness\",\"\",\"Diameter\",\"\",\"Material\",\"\",\"\"\r\n"
+                             "\"\",1000,\"\",1500,\"\",2200,\"\",\"\"\r\n"))
+        << readings;
+    EXPECT_TRUE(
+        readings.ends_with("\"Limits : \",993,\"\",1017,\"\",1498,\"\",1502,\"\",2198,\"\","
+                           "2202,\"\",\"\"\r\n\"\"\r\n"))
+        << readings;
+    expectReady();
+}
+
+TEST_F(Wizard, SlugFixStoresTheCoinsStatisticsAndTheSlugsLimits) {
+    port.answer("N", drops(20));
+    port.answer("N", drops(20, 900, 1400, 2100));
+    prompts.expect("Start Slug Drop", Answer::ok, [this] {
+        EXPECT_EQ(display.description, "Slug to Fix");
+        EXPECT_FALSE(display.coinLayout);
+        EXPECT_TRUE(state.item.isCoin);
+    });
+    run(WizardMode::slugFix);
+    EXPECT_EQ(asked(),
+              "[Start Coin Drop] [Gathered Coin Data] [Start Slug Drop] [Gathered Slug Data] ");
+    EXPECT_EQ(port.sent, "<run>JNINIW");
+    EXPECT_EQ(row(0), "1 9 0 0 0 0 0 0 0 ");
+    EXPECT_EQ(state.coinTable.itemStats[0][0], 1000.0F);
+    // A coin's limits, 2 spreads and the margin: those of a slug would begin at 897.
+    EXPECT_EQ(row(1), "2 9 898 902 1398 1402 2098 2102 0 ");
+    EXPECT_EQ(state.coinset.oldChannelSource[9], -9);
+    EXPECT_EQ(state.coinset.oldChannelSource[8], 8);
+    EXPECT_EQ(limitsDisplay.firstSlug, "898;902;1398;1402;2098;2102;");
+    EXPECT_EQ(state.coinset.version, "3");
+    expectReady();
+}
+
+TEST_F(Wizard, EditLimitsMeasuresNothing) {
+    run(WizardMode::editLimits);
+    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(port.sent, "<run>JW");
+    EXPECT_EQ(family.called("read old"), 1);
+    for (int channel = 1; channel <= kChannels; ++channel) {
+        EXPECT_EQ(state.coinset.oldChannelSource[channel], channel);
+    }
+    EXPECT_EQ(state.item.nextItem, 0);
+    EXPECT_EQ(state.coinset.version, "1");
+    EXPECT_TRUE(limitsDisplay.visible);
+    expectReady();
+}
+
+TEST_F(Wizard, ForgetsTheRunBefore) {
+    prompts.chooseFile(
+        file("coins.cst", std::string(kHead) + "CO,x,A1,B1\r\nD,435R,1\r\nD,120M,1\r\nV,1,2\r\n"));
+    flows.runCoinsetFile();
+    ASSERT_TRUE(state.coinset.c120MapPresent);
+    state.images.oldMemoryRead = true;
+    state.nriNew.valueMultiplier = 5;
+    run(WizardMode::editLimits);
+    EXPECT_FALSE(state.coinset.c120MapPresent || state.coinset.routingPresent);
+    EXPECT_EQ(state.coinset.oldChannelSource[1], 1);
+    EXPECT_EQ(state.nriNew.newCoinValue[1] * 10 + state.nriNew.valueMultiplier, 1);
+    EXPECT_EQ(state.coinset.title, "");
+    EXPECT_EQ(family.called("copy old"), 0) << "the old memory is another one";
+}
+
+TEST_F(Wizard, CancelEndsEveryStepAtOnce) {
+    const auto cancelSoon = [this] {
+        loop.callAfter(std::chrono::milliseconds(100), [this] { flows.backButton(); });
+    };
+    struct Case {
+        const char* name;
+        bool withLog;
+        const char* box;  ///< the cancel comes 100 ms after this box; nullptr = at the start
+        int enabled;      ///< gathers begun
+        const char* sent;
+        int stored;
+    };
+    const Case cases[] = {
+        {"sensor timings", false, nullptr, 0, "<run>WM", 0},
+        {"idle values", true, nullptr, 0, "<run>JYWM", 0},
+        {"coin drops", false, "Start Coin Drop", 1, "<run>JNIWM", 0},
+        {"slug drops", false, "Start Slug Drop", 2, "<run>JNINIWM", 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        family.calls.clear();
+        const bool atStart = c.box == nullptr && !c.withLog;
+        family.whileRunStarts = [&] {
+            if (c.box == nullptr) cancelSoon();
+            if (atStart) link.waitFor(5000, state.gather.abortFlag);
+        };
+        display.log = c.withLog;
+        if (c.withLog) prompts.chooseFile(folder / "log.csv");
+        port.forget("Y");
+        port.forget("N");
+        if (c.enabled == 2) {
+            port.answer("N", drops(20));
+            port.answer("N", "");
+        }
+        const double start = ms();
+        double cancelled = start;
+        if (c.box != nullptr) {
+            prompts.expect(c.box, Answer::ok, [&] {
+                cancelSoon();
+                cancelled = ms();
+            });
+        }
+        run(WizardMode::slugFix);
+        EXPECT_EQ(port.sent, c.sent);
+        EXPECT_LE(ms() - cancelled, 101);
+        EXPECT_EQ(std::ranges::count(family.calls, "enable 9"), c.enabled);
+        EXPECT_EQ(state.item.nextItem, c.stored);
+        EXPECT_EQ(family.called("read old") + family.called("rebuild"), 0);
+        EXPECT_FALSE(limitsDisplay.visible);
+        EXPECT_TRUE(display.visible);
+        EXPECT_EQ(display.caption, "Capture Measurements : ");
+        EXPECT_TRUE(prompts.scriptDone());
+        expectReady();
+        std::filesystem::remove(folder / "log.csv");
+    }
+}
+
+TEST_F(Wizard, ARefusedLogEndsItWithEveryControlBack) {
+    display.log = true;
+    prompts.chooseFile(std::nullopt);
+    run(WizardMode::addReplace);
+    EXPECT_EQ(port.sent, "<run>W");
+    EXPECT_EQ(family.calls, std::vector<std::string>{});
+    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(display.code + display.caption, "Capture Measurements : ");
+    EXPECT_EQ(state.coinset.referenceCode, "");
+    EXPECT_FALSE(limitsDisplay.visible);
+    expectReady();
+}
+
+TEST_F(Wizard, WhatTheFamilyRefusesIsNotTransferred) {
+    family.wizardAllowed = false;
+    run(WizardMode::addReplace);
+    EXPECT_EQ(port.sent, "<run>JWM");
+    EXPECT_EQ(family.calls, std::vector<std::string>{"wizard"});
+    expectReady();
+
+    family.throwInStartRun = true;
+    run(WizardMode::addReplace);
+    EXPECT_EQ(asked(), "Error detected[ 429 Error in Wizard routine :  \r\nno timings - 51] ");
+    EXPECT_EQ(port.sent, "W");
+    EXPECT_FALSE(limitsDisplay.visible);
+    expectReady();
+}
+
+TEST_F(Wizard, AParameterThatIsJudgedUpwardsHasSourcesOfItsOwn) {
+    family.maker = kCoinControls;
+    family.capacity = 255;
+    select(kCoinControls, "435");
+    display.target = "Coin 03";
+    const auto sources = [this] {
+        std::string text;
+        for (int i = 8; i <= 10; ++i) {
+            text += std::to_string(static_cast<int>(state.item.limitOrigins[i].source)) + ":" +
+                    std::to_string(state.item.limitAdjust[i]) + " ";
+        }
+        return text;
+    };
+    ASSERT_EQ(static_cast<int>(LimitSource::twoSd) + static_cast<int>(LimitSource::low), 4);
+    ASSERT_EQ(static_cast<int>(LimitSource::high) * 10 + static_cast<int>(LimitSource::fixed), 45);
+    family.rules.promLine = false;
+    std::string coin;
+    std::string slug;
+    family.rules.alwaysReadsOldMemory = true;
+    prompts.expect("Start Coin Drop", Answer::ok, [&] { coin = sources(); });
+    prompts.expect("Start Slug Drop", Answer::ok, [&] {
+        slug = sources();
+        flows.backButton();
+    });
+    family.afterEnable = [this] {
+        for (int p = 0; p < 5; ++p) state.gather.latestReading[p] = 100;
+        state.gather.gatherActive = true;
+        while (state.gather.coinsRemaining > 0) flows.updateStats(0);
+    };
+    run(WizardMode::slugFix);
+    EXPECT_EQ(coin, "1:2 3:-10 5:255 ");
+    EXPECT_EQ(slug, "1:2 5:0 4:10 ");
+}
+
+TEST(TargetLists, TheLineOfACoin) {
+    const std::pair<const char*, int> cases[] = {{"Coin 01", 1}, {"Coin 06", 6}, {"Coin 07", 1},
+                                                 {"Coin 12", 6}, {"Coin 13", 0}, {"Coin 16", 0},
+                                                 {"", 0}};
+    for (const auto& [coin, line] : cases) EXPECT_EQ(lineOfCoin(coin), line) << coin;
+}
+
+}  // namespace
+}  // namespace vantor::test
