@@ -2,8 +2,8 @@
 
 #include <QCloseEvent>
 #include <QGridLayout>
-#include <QIntValidator>
 #include <QLabel>
+#include <QRegularExpressionValidator>
 
 #include "catalogue/Text.h"
 #include "measure/LimitSource.h"
@@ -23,7 +23,6 @@ constexpr int kSegmentsOf1K = 2;
 constexpr std::string_view kWidestNumber = " 0000.0 ";
 constexpr const char* kFirstCoinValue = "5";
 constexpr const char* kWizardCoinValue = "10";
-constexpr int kHighestTypedValue = 65535;
 
 constexpr int kMsgSegmentsError = 400, kMsgBackError = 401, kMsgCancelWizardsError = 404,
               kMsgRunError = 495, kMsgWizardError = 429, kMsgSlugLayoutError = 435,
@@ -109,7 +108,8 @@ void FrmCoinMeasure1::makeFields() {
         makeField(label);
     }
     makeNumberField(ui_->lblNumber, kWidestNumber);
-    ui_->txtCoinValue->setValidator(new QIntValidator(0, kHighestTypedValue, this));
+    ui_->txtCoinValue->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,5}")), this));
     embolden(ui_->lblNumber, 1.25);
     embolden(ui_->lblManufacturer, 1.25);
     ui_->lblManufacturer->setAlignment(Qt::AlignCenter);

@@ -42,6 +42,15 @@ void MeasureFlows::CoinInitialise(int mode) {
 void MeasureFlows::runCoinsetFile() {
     flowCalls().add("run");
 }
+void MeasureFlows::openWizards() {
+    flowCalls().add("wizards");
+}
+void MeasureFlows::cancelWizards() {
+    flowCalls().add("cancelWizards");
+}
+void MeasureFlows::runWizard(WizardMode mode) {
+    flowCalls().add("wizard" + std::to_string(static_cast<int>(mode)));
+}
 void MeasureFlows::backButton() {
     flowCalls().add("back");
 }

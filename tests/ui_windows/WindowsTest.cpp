@@ -178,28 +178,89 @@ TEST_F(Windows, PromChoicesAndTargetLists) {
     EXPECT_EQ(list("cmbCoin").substr(0, 15), "Coin 01|Coin 02");
 }
 
-TEST_F(Windows, WizardsAreRefusedUntilTheyExist) {
-    openMeasure(kMars, "ME181");
-    auto* button = W::find<QAbstractButton>(w.measure, "cmdSpecialUtilities");
-    EXPECT_EQ(W::caption(w.measure, "cmdSpecialUtilities"), "Wizards");
-    EXPECT_FALSE(button->isEnabled());
-    EXPECT_EQ(button->toolTip(), "not available yet");
-    EXPECT_TRUE(button->property("wantedEnabled").toBool());
+TEST_F(Windows, TheWizardPanelAsksWhatTheModelNeeds) {
+    struct Case {
+        std::string_view maker, model;
+        WizardPanel panel;
+        const char* shown;  ///< segment list, coin value, lines
+        const char* firstCoin;
+    };
+    const Case cases[] = {
+        {kMars, "ME111", {.coinCaption = 426}, "s--", "A1"},
+        {kMars, "ME181", {.coinCaption = 426, .coinValue = true}, "sv-", "A1"},
+        {kCoinControls, "435", {}, "---", "Coin 01"},
+        {kNri, "G10-4000", {.coinValue = true}, "-v-", "Coin 01"},
+        {kNri, "G40-0000", {.coinValue = true, .lines = true}, "-vl", "Coin 01"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.model);
+        openMeasure(c.maker, c.model);
+        w.measure.showWizardChoices(c.panel);
+        w.measure.showWizardPanel(true);
+        w.measure.showTargetLists();
+        const auto shown = [this](const char* name, char mark) {
+            return W::control(w.measure, name)->isVisible() ? mark : '-';
+        };
+        EXPECT_EQ((std::string{shown("cmbSegment", 's'), shown("txtCoinValue", 'v'),
+                               shown("cmbInhibit", 'l')}),
+                  c.shown);
+        EXPECT_EQ(shown("lblSegmentHead", 's'), c.shown[0]);
+        EXPECT_EQ(shown("lblOutputHead", 'l'), c.shown[2]);
+        EXPECT_FALSE(W::control(w.measure, "frmMeasurements")->isVisible());
+        EXPECT_EQ(W::label(w.measure, "lblWizardMechType"), c.model);
+        EXPECT_EQ(W::label(w.measure, "lblSegmentHead"), "PROM Segment");
+        EXPECT_EQ(w.measure.chosenCoin(), c.firstCoin);
+        EXPECT_EQ(w.measure.chosenOutputLine() * 10 + w.measure.chosenInhibitLine(), 11);
+        EXPECT_TRUE(!c.panel.coinValue || w.measure.coinValueText() == "10");
+        shoot(w.measure, QStringLiteral("wizard-") + toQt(std::string(c.model)));
+        w.measure.closeWindow();
+    }
+}
 
-    w.measure.wizards = [this] { w.measure.showWizardPanel(true); };
-    w.mars.coinValue = true;
-    w.measure.showMech();
-    w.measure.enableRunButtons(true);
-    EXPECT_TRUE(button->isEnabled());
-    EXPECT_EQ(button->toolTip(), "");
-    button->click();
-    EXPECT_TRUE(W::control(w.measure, "frmWizard")->isVisible());
-    EXPECT_FALSE(W::control(w.measure, "frmMeasurements")->isVisible());
-    EXPECT_TRUE(W::control(w.measure, "txtCoinValue")->isVisible());
-    EXPECT_EQ(w.measure.coinValueText(), "5");
-    shoot(w.measure, QStringLiteral("measure-wizard"));
+TEST_F(Windows, TheLinesFollowTheCoinThatIsClicked) {
+    openMeasure(kNri, "G40-0000");
+    auto* coins = W::find<QComboBox>(w.measure, "cmbCoin");
+    const auto linesAfter = [&](int entry) {
+        coins->setCurrentIndex(entry);
+        emit coins->activated(entry);
+        return w.measure.chosenOutputLine() * 10 + w.measure.chosenInhibitLine();
+    };
+    EXPECT_EQ(linesAfter(2), 11) << "a model without lines";
+    w.nri.panel.lines = true;
+    EXPECT_EQ(linesAfter(2), 33);
+    EXPECT_EQ(linesAfter(11), 66);
+    EXPECT_EQ(linesAfter(12), 66) << "no line is coin 13's";
+    W::find<QComboBox>(w.measure, "cmbOutput")->setCurrentIndex(4);
+    EXPECT_EQ(w.measure.chosenOutputLine(), 5);
+}
+
+TEST_F(Windows, WizardButtonsCallTheirFlows) {
+    openMeasure(kMars, "ME181");
+    EXPECT_EQ(W::caption(w.measure, "cmdSpecialUtilities"), "Wizards");
+    flowCalls().take();
+    QApplication::processEvents();
+    W::control(w.measure, "cmdSpecialUtilities")->setFocus();
+    flowCalls().duringCall = [this] {
+        w.measure.enableRunButtons(false);
+        w.measure.setBackButton(445, false);
+        w.measure.showWizardPanel(true);
+    };
+    W::click(w.measure, "cmdSpecialUtilities");
+    flowCalls().duringCall = {};
+    EXPECT_EQ(w.measure.focusWidget(), W::control(w.measure, "cmbCoin"));
+    for (const char* button : {"cmdEditLimits", "cmdAddReplace", "cmdSlugFix"}) {
+        W::click(w.measure, button);
+    }
+    w.measure.close();
     W::click(w.measure, "cmdCancelWizards");
-    EXPECT_TRUE(W::control(w.measure, "frmMeasurements")->isVisible());
+    EXPECT_EQ(flowCalls().take(), "wizards wizard1 wizard2 wizard3 cancelWizards");
+
+    // Only digits get into the coin value.
+    w.measure.showWizardChoices({.coinValue = true});
+    auto* value = W::find<QLineEdit>(w.measure, "txtCoinValue");
+    value->selectAll();
+    W::type(value, QStringLiteral("-2x5,"));
+    EXPECT_EQ(w.measure.coinValueText(), "25");
 }
 
 TEST_F(Windows, BackAndTheFramesXOfTheMeasurementWindow) {
@@ -452,6 +513,7 @@ TEST_F(Windows, LongerLanguagesFit) {
             EXPECT_EQ(cutTexts(w.measure), "");
             const QString suffix = QString::fromLatin1(model.data(), qsizetype(model.size()));
             if (longer) shoot(w.measure, shot + QStringLiteral("measure-") + suffix);
+            w.measure.showWizardChoices({.coinValue = true, .lines = maker == kNri});
             w.measure.showWizardPanel(true);
             EXPECT_EQ(cutTexts(w.measure), "");
             if (longer) shoot(w.measure, shot + QStringLiteral("wizard-") + suffix);

@@ -32,6 +32,7 @@ class LookOnlyFamily final : public MechFamily {
     void disableCoinData() override {}
     [[nodiscard]] bool hasCoinValue() const override { return coinValue; }
     [[nodiscard]] bool twoSegmentProm() const override { return twoSegments; }
+    [[nodiscard]] WizardPanel wizardPanel() const override { return panel; }
     bool readMemory() override { return false; }
     void readOldMemory() override {}
     void copyOldMemoryData() override {}
@@ -40,6 +41,7 @@ class LookOnlyFamily final : public MechFamily {
 
     bool coinValue = false;
     bool twoSegments = false;
+    WizardPanel panel;
 
   private:
     std::string_view code_;
