@@ -15,13 +15,13 @@ constexpr std::array<std::string_view, 3> kUtilities = {"cmdPROMutilities", "cmd
 const std::array<MainActions::Action, 9>& MainActions::table() {
     static constexpr std::array<Action, 9> kTable = {{
         {"cmdMars", "cmbMarsMech", kMars, 805, true, &MainActions::programMech},
-        {"cmdValtest", "cmbMarsMech", kMars, 808, false, nullptr},
+        {"cmdValtest", "cmbMarsMech", kMars, 808, false, &MainActions::validatorTest},
         {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, &MainActions::promUtilities},
         {"cmdCCprog", "cmbCCmech", kCoinControls, 800, false, &MainActions::programMech},
-        {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, nullptr},
+        {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, &MainActions::validatorTest},
         {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, nullptr},
         {"cmdNRIprog", "cmbNRImech", kNri, 801, false, &MainActions::programMech},
-        {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, nullptr},
+        {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, &MainActions::validatorTest},
         {"cmdNRIprom", "cmbNRImech", kNri, 802, false, nullptr},
     }};
     return kTable;
@@ -72,6 +72,12 @@ void MainActions::enableUtilities(bool enabled) {
     }
 }
 
+void MainActions::enableValidatorTests(bool enabled) {
+    for (const Action& action : table()) {
+        if (action.perform == &MainActions::validatorTest) offer(action, enabled);
+    }
+}
+
 void MainActions::offer(const Action& action, bool enabled) {
     const bool available = action.perform != nullptr && p_.families.find(action.maker) != nullptr;
     p_.main.offerAction(action.button, enabled, available);
@@ -81,6 +87,10 @@ void MainActions::perform(const Action& action) {
     p_.state.mech.manufacturer = action.maker;
     p_.state.mech.mechType = p_.main.chosenModel(action.list);
     if (action.perform != nullptr) (this->*action.perform)(action);
+}
+
+void MainActions::validatorTest(const Action& action) {
+    if (openValidatorTest) openValidatorTest(action.errorMessage);
 }
 
 bool MainActions::mechAnswers(const Action& action) {

@@ -35,6 +35,9 @@ class MainActions {
     std::function<void()> openMeasurement;
     /// Reads the PROM and opens its utilities window over the hidden main window.
     std::function<void()> openPromUtilities;
+    /// Opens the validator test for the stored maker and model; failed steps are reported under
+    /// the number.
+    std::function<void(int errorMessage)> openValidatorTest;
 
     /// The ready state of the main window; windows that return to it call this.
     void setupMainForm();
@@ -42,6 +45,8 @@ class MainActions {
     void startOffering();
     /// The memory utilities of all makers, which are off while one of their windows is open.
     void enableUtilities(bool enabled);
+    /// The validator tests of all makers, likewise.
+    void enableValidatorTests(bool enabled);
 
   private:
     struct Action {
@@ -60,6 +65,7 @@ class MainActions {
     void programMech(const Action& action);
     void promUtilities(const Action& action);
     void offer(const Action& action, bool enabled);
+    void validatorTest(const Action& action);
     void enableAll(bool enabled);
 
     Parts p_;

@@ -6,6 +6,7 @@
 #include "app/MainActions.h"
 #include "app/Sounds.h"
 #include "app/StartUp.h"
+#include "app/TestCallers.h"
 #include "app/frmMain.h"
 #include "app/frmOpening.h"
 #include "catalogue/ErrorReporter.h"
@@ -22,12 +23,15 @@
 #include "measure/frmCoinMeasure1.h"
 #include "platform/ProgramEnded.h"
 #include "platform/qt/ActionFrame.h"
+#include "valtest/ValidatorTest.h"
+#include "valtest/frmValtest.h"
 
 namespace vantor {
 
 namespace {
 
 constexpr int kReceptionError = 809;
+constexpr int kLimitsTestError = 1221;
 
 }  // namespace
 
@@ -68,6 +72,17 @@ struct Program::Impl {
                        .families = families,
                        .main = main,
                        .config = config}),
+          testWindow(state, actions),
+          testCallers(main, mainActions, limitsWindow),
+          test({.state = state,
+                .link = link,
+                .check = check,
+                .families = families,
+                .receiver = receiver,
+                .prompts = platform.prompts,
+                .errors = errors,
+                .window = testWindow,
+                .callers = testCallers}),
           startUp({.state = state,
                    .errors = errors,
                    .actions = actions,
@@ -87,6 +102,7 @@ struct Program::Impl {
             [this] { actions.runThrough(kReceptionError, [] { throw ProgramEnded{}; }); });
         link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
         link.setCoinDisplayReset([this] { receiver.resetValtestDisplay(); });
+        actions.setHold([this] { return link.holdingInput(); });
         connectSinks();
         connectWindows();
     }
@@ -108,6 +124,10 @@ struct Program::Impl {
             main.hide();
         };
         connectPromUtilities();
+        testWindow.setTest(test);
+        testWindow.setMiddle(main);
+        mainActions.openValidatorTest = [this](int error) { test.openFromMain(error); };
+        limitsWindow.validatorTest = [this] { test.openFromLimits(kLimitsTestError); };
     }
 
     void connectPromUtilities() {
@@ -146,8 +166,9 @@ struct Program::Impl {
         sinks.makeSound = [this](int kind) { sounds.makeSound(kind); };
     }
 
-    [[nodiscard]] std::array<QWidget*, 6> windows() {
-        return {&main, &opening, &measureWindow, &limitsWindow, &programming, &promWindow};
+    [[nodiscard]] std::array<QWidget*, 7> windows() {
+        return {&main,        &opening,    &measureWindow, &limitsWindow,
+                &programming, &promWindow, &testWindow};
     }
 
     // Nothing of the program's own is on the stack any more.
@@ -188,6 +209,9 @@ struct Program::Impl {
     FrmOpening opening;
     ConfigPanel config;
     MainActions mainActions;
+    FrmValtest testWindow;
+    TestCallers testCallers;
+    ValidatorTest test;
     StartUp startUp;
 };
 
@@ -214,7 +238,7 @@ ProgrammerLink& Program::link() {
 }
 
 bool Program::idle() const {
-    return impl_->startUp.over() && !impl_->actions.busy();
+    return impl_->startUp.over() && !impl_->actions.busy() && !impl_->link.holdingInput();
 }
 
 bool Program::ended() const {

@@ -8,7 +8,7 @@
 namespace vantor {
 
 bool ActionFrame::run(int errorMessage, const std::function<void()>& action) {
-    if (busy_) return false;
+    if (busy_ || (held_ && held_())) return false;
     ++frames_;
     setBusy(true);
     guarded(errorMessage, action);

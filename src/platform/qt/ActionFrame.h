@@ -21,6 +21,9 @@ class ActionFrame {
     ActionFrame(const ActionFrame&) = delete;
     ActionFrame& operator=(const ActionFrame&) = delete;
 
+    /// While `held` says so a decoder pauses, and an action would overtake it: none is begun.
+    void setHold(std::function<bool()> held) { held_ = std::move(held); }
+
     /// Runs an action as the only one; false (and nothing done) while another runs. A run-time
     /// error that no step caught is reported under `errorMessage`.
     bool run(int errorMessage, const std::function<void()>& action);
@@ -60,6 +63,7 @@ class ActionFrame {
 
     ErrorReporter& errors_;
     std::function<void()> ended_;
+    std::function<bool()> held_;
     std::map<QWidget*, Control> controls_;
     std::vector<std::function<void(bool)>> listeners_;
     QPointer<QWidget> focusBefore_;

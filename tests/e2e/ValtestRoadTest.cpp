@@ -1,0 +1,144 @@
+#include "ProgramFixture.h"
+#include "Technician.h"
+
+namespace vantor::test {
+namespace {
+
+/// The validator test through the windows, on the simulated box.
+class ValtestRoad : public ProgramTest {
+  protected:
+    void openMain(const std::string& model) {
+        box.plugValidator(kMars, model);
+        writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
+        run();
+        ASSERT_TRUE(visible("frmMain"));
+        choose("frmMain.cmbMarsMech", model);
+    }
+    void drop(const std::string& coin) {
+        letTheLineClear();
+        ASSERT_TRUE(box.drop(coin));
+        loop.advance(std::chrono::milliseconds(200));
+    }
+    /// What the program has just sent is still on its way.
+    void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
+    [[nodiscard]] static std::string count(int position) {
+        return label("frmValtest.lblCount_" + std::to_string(position));
+    }
+    [[nodiscard]] static std::string colour(int position) {
+        return widget("frmValtest.shpCoin_" + std::to_string(position))
+            ->palette()
+            .color(QPalette::Window)
+            .name()
+            .toStdString();
+    }
+
+    Technician technician{loop, box};
+};
+
+TEST_F(ValtestRoad, FromTheMainWindowAndBack) {
+    openMain("ME111");
+    click("frmMain.cmdValtest");
+    ASSERT_TRUE(visible("frmValtest"));
+    EXPECT_FALSE(visible("frmMain"));
+    EXPECT_EQ(label("frmValtest.lblCoin_6"), "Rejected");
+
+    drop("10 Pell");
+    EXPECT_EQ(colour(1), "#00ff00");
+    EXPECT_EQ(count(1), " 1");
+    loop.advance(std::chrono::milliseconds(400));
+    EXPECT_EQ(colour(1), "#e0e0e0");
+    drop("Steel Washer");
+    EXPECT_EQ(colour(6), "#ff0000");
+    EXPECT_EQ(count(6), " 1");
+    EXPECT_EQ(sounds.played, (std::vector<std::filesystem::path>{"accept.wav", "reject.wav"}));
+    click("frmValtest.cmdClearCount");
+    EXPECT_EQ(count(6), " 0");
+
+    click("frmValtest.cmdBack");
+    EXPECT_FALSE(visible("frmValtest"));
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmMain.cmdValtest"));
+    EXPECT_TRUE(program->idle());
+    letTheLineClear();
+    EXPECT_EQ(box.sentByPc().back(), 'W');
+    // Nobody looks any more, but the coin is still heard.
+    drop("10 Pell");
+    EXPECT_EQ(sounds.played.size(), 3U);
+}
+
+TEST_F(ValtestRoad, AnOlderBoxReportsNoRejects) {
+    box.setVersion("V1.90");
+    openMain("MS1000");
+    click("frmMain.cmdValtest");
+    EXPECT_TRUE(visible("frmValtest.lblCoin_5"));
+    EXPECT_FALSE(visible("frmValtest.lblCoin_6"));
+    drop("Steel Washer");
+    EXPECT_TRUE(sounds.played.empty());
+}
+
+TEST_F(ValtestRoad, WithoutAValidatorTheMainWindowStays) {
+    openMain("ME111");
+    box.unplugValidator();
+    click("frmMain.cmdValtest");
+    EXPECT_TRUE(technician.saw("Validator Check|Validator NOT DETECTED"));
+    EXPECT_FALSE(visible("frmValtest"));
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmMain.cmdValtest"));
+}
+
+TEST_F(ValtestRoad, NothingOvertakesThePauseAfterAnMe181sCoin) {
+    openMain("ME181");
+    click("frmMain.cmdValtest");
+    ASSERT_TRUE(visible("frmValtest"));
+    letTheLineClear();
+    box.clearTranscript();
+    bool pausing = false;
+    loop.callAfter(std::chrono::milliseconds(60), [&] {
+        pausing = program->link().holdingInput();
+        click("frmValtest.cmdBack");
+    });
+    drop("1 Dorin");
+    EXPECT_TRUE(pausing) << "the click came in the pause";
+    EXPECT_TRUE(visible("frmValtest"));
+    EXPECT_EQ(count(4), " 1");
+    EXPECT_EQ(box.sentByPc(), "C01C00");
+    EXPECT_TRUE(program->idle());
+    click("frmValtest.cmdBack");
+    EXPECT_TRUE(visible("frmMain"));
+}
+
+TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {
+    technician.promWords = 256;
+    technician.coinset =
+        std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / "ME111-Dorin.cst";
+    openMain("ME111");
+    click("frmMain.cmdMars");
+    click("frmCoinMeasure1.cmdRunCoinset");
+    ASSERT_TRUE(visible("frmPROM"));
+    EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
+    click("frmPROM.cmdProgPROM");
+    ASSERT_TRUE(enabled("frmPROM.cmdValtest"));
+
+    click("frmPROM.cmdValtest");
+    ASSERT_TRUE(visible("frmValtest"));
+    EXPECT_FALSE(visible("frmPROM"));
+    EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
+    for (int i = 0; i < 20; ++i) drop("2 Dorin");
+    for (int i = 0; i < 20; ++i) drop("Lead Blank");
+    const int accepted = std::stoi(count(5));
+    EXPECT_GE(accepted, 15) << "the mech takes what it was programmed for";
+    EXPECT_EQ(std::stoi(count(6)), 40 - accepted);
+
+    click("frmValtest.cmdBack");
+    EXPECT_TRUE(visible("frmPROM"));
+    EXPECT_FALSE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmPROM.cmdValtest"));
+    click("frmPROM.cmdBack1");
+    ASSERT_TRUE(visible("frmCoinMeasure1"));
+    click("frmCoinMeasure1.cmdBack");
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmMain.cmdValtest"));
+}
+
+}  // namespace
+}  // namespace vantor::test
