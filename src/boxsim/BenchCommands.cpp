@@ -8,6 +8,7 @@
 
 #include "boxsim/PromFile.h"
 #include "boxsim/PromSocket.h"
+#include "boxsim/SimulatedMech.h"
 #include "boxsim/Wire.h"
 #include "catalogue/MechCatalogue.h"
 #include "catalogue/Text.h"
@@ -22,6 +23,8 @@ using Words = std::span<const std::string>;
 constexpr int kMostDrops = 1000;
 constexpr int kLongestPause = 600'000;  // ms
 constexpr std::size_t kVersionLength = 5;
+constexpr std::size_t kMostSensors = 16;
+constexpr std::size_t kCellsPerLine = 8;
 
 BenchResult wrong(std::string why) {
     return {.error = std::move(why), .reply = {}};
@@ -91,15 +94,17 @@ BenchResult drop(SimulatedBox& box, Words words) {
 }
 
 BenchResult dropRaw(SimulatedBox& box, Words words) {
-    std::array<int, 3> values{};
-    if (words.size() != 1 + values.size()) return wrong("drop-raw needs three values");
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const auto value = number(words[i + 1], 0, 99999);
+    if (words.size() < 4 || words.size() > 1 + kMostSensors) {
+        return wrong("drop-raw needs three values, or as many as the mech has sensors");
+    }
+    std::vector<int> values;
+    for (const std::string& word : words.subspan(1)) {
+        const auto value = number(word, 0, 99999);
         if (!value) return wrong("a value is a number from 0 to 99999");
-        values[i] = *value;
+        values.push_back(*value);
     }
     if (box.validator().empty()) return wrong("no validator is plugged in");
-    box.dropRaw(values[0], values[1], values[2]);
+    box.dropRaw(values);
     return {};
 }
 
@@ -271,19 +276,107 @@ BenchResult expectProm(SimulatedBox& box, Words words) {
     return wrong(firstDifference(box.promCells(), from, expected));
 }
 
+/// The cells of the plugged mech; none with the reason.
+std::vector<MemoryCell> mechCells(SimulatedBox& box, std::string& error) {
+    std::vector<MemoryCell> cells;
+    if (box.mech() == nullptr) {
+        error = "no validator is plugged in";
+    } else if (cells = box.mech()->memory(); cells.empty()) {
+        error = box.validator() + " keeps no memory of its own";
+    }
+    return cells;
+}
+
+BenchResult showMemory(SimulatedBox& box, Words) {
+    std::string error;
+    const auto cells = mechCells(box, error);
+    if (cells.empty()) return wrong(error);
+    // Words stand eight to a line behind the number of the first, blocks one to a line.
+    const bool blocks = cells.front().number != 0;
+    std::string text;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (blocks || i % kCellsPerLine == 0) {
+            text += (i == 0 ? "" : "\n") + std::to_string(cells[i].number) + ':';
+        }
+        text += ' ' + cells[i].content;
+    }
+    return shows(text);
+}
+
+BenchResult saveMemory(SimulatedBox& box, Words words) {
+    if (words.size() != 2) return wrong("save-memory needs a file name");
+    std::string error;
+    if (mechCells(box, error).empty()) return wrong(error);
+    try {
+        writeFileWhole(words[1], box.mech()->savedMemory());
+    } catch (const std::exception& failure) {
+        return wrong("cannot write " + words[1] + ": " + failure.what());
+    }
+    return {};
+}
+
+BenchResult setMemory(SimulatedBox& box, Words words) {
+    const auto cell = words.size() == 3 ? number(words[1], 0, 9999) : std::nullopt;
+    if (!cell) return wrong("set-memory NUMBER CONTENT");
+    std::string error;
+    if (mechCells(box, error).empty()) return wrong(error);
+    if (box.mech()->setMemory(*cell, words[2])) return {};
+    return wrong("cell " + words[1] + " cannot hold " + inQuotes(words[2]));
+}
+
+BenchResult expectMemory(SimulatedBox& box, Words words) {
+    // expect-memory FILE | expect-memory NUMBER CONTENT
+    if (words.size() < 2 || words.size() > 3) return wrong("expect-memory FILE | NUMBER CONTENT");
+    std::string error;
+    const auto cells = mechCells(box, error);
+    if (cells.empty()) return wrong(error);
+    if (words.size() == 2) {
+        const auto text = readFile(words[1]);
+        if (!text) return wrong("cannot read " + words[1]);
+        return wrong(*text == box.mech()->savedMemory() ? "" : "the memory is not " + words[1]);
+    }
+    const auto wanted = number(words[1], 0, 9999);
+    const auto found = std::find_if(cells.begin(), cells.end(), [&](const MemoryCell& cell) {
+        return wanted && cell.number == *wanted;
+    });
+    if (found == cells.end()) return wrong("there is no cell " + words[1]);
+    if (found->content == words[2]) return {};
+    return wrong("cell " + words[1] + " holds " + inQuotes(found->content) + ", not " +
+                 inQuotes(words[2]));
+}
+
+BenchResult option(SimulatedBox& box, Words words) {
+    if (words.size() != 3) return wrong("option NAME VALUE");
+    if (box.mech() == nullptr) return wrong("no validator is plugged in");
+    if (box.mech()->setOption(lowered(words[1]), words[2])) return {};
+    return wrong(box.validator() + " has no option " + inQuotes(words[1]) + " " +
+                 inQuotes(words[2]));
+}
+
 struct FaultName {
     std::string_view name;
     Fault::Kind kind;
 };
 
-constexpr std::array kFaultNames = {
-    FaultName{"drop", Fault::Kind::dropByte},     FaultName{"repeat", Fault::Kind::repeatByte},
-    FaultName{"flip", Fault::Kind::flipBit},      FaultName{"insert", Fault::Kind::insertByte},
-    FaultName{"delay", Fault::Kind::delayByte},   FaultName{"stall", Fault::Kind::stall},
-    FaultName{"cut", Fault::Kind::cutLine},       FaultName{"previous", Fault::Kind::previousReply},
-    FaultName{"lost-ack", Fault::Kind::lostAck},  FaultName{"stuck", Fault::Kind::stuckCell},
-    FaultName{"silent", Fault::Kind::silentBox},  FaultName{"unplug", Fault::Kind::unplug},
-    FaultName{"battery", Fault::Kind::batteryLow}};
+constexpr std::array kFaultNames = {FaultName{"drop", Fault::Kind::dropByte},
+                                    FaultName{"repeat", Fault::Kind::repeatByte},
+                                    FaultName{"flip", Fault::Kind::flipBit},
+                                    FaultName{"insert", Fault::Kind::insertByte},
+                                    FaultName{"delay", Fault::Kind::delayByte},
+                                    FaultName{"stall", Fault::Kind::stall},
+                                    FaultName{"cut", Fault::Kind::cutLine},
+                                    FaultName{"previous", Fault::Kind::previousReply},
+                                    FaultName{"lost-ack", Fault::Kind::lostAck},
+                                    FaultName{"stuck", Fault::Kind::stuckCell},
+                                    FaultName{"silent", Fault::Kind::silentBox},
+                                    FaultName{"unplug", Fault::Kind::unplug},
+                                    FaultName{"battery", Fault::Kind::batteryLow},
+                                    FaultName{"mech-silent", Fault::Kind::mechSilent},
+                                    FaultName{"mech-late", Fault::Kind::mechLate},
+                                    FaultName{"mech-cut", Fault::Kind::mechCut},
+                                    FaultName{"refuse", Fault::Kind::mechRefuses},
+                                    FaultName{"wrong-sum", Fault::Kind::wrongSum},
+                                    FaultName{"no-session", Fault::Kind::noSession}};
 
 /// The options behind the kind; an error text, empty when all is well.
 std::string readFaultOptions(Words words, Fault& fault) {
@@ -336,7 +429,7 @@ struct BenchCommand {
 
 constexpr std::array kCommands = {
     BenchCommand{"drop", "drop COIN [COUNT] [[every] MS]", drop},
-    BenchCommand{"drop-raw", "drop-raw V1 V2 V3", dropRaw},
+    BenchCommand{"drop-raw", "drop-raw V1 V2 V3 ...", dropRaw},
     BenchCommand{"coins", "coins", coins},
     BenchCommand{"coin", "coin A..I", coin},
     BenchCommand{"reject", "reject", reject},
@@ -377,6 +470,12 @@ constexpr std::array kCommands = {
     BenchCommand{"save-prom", "save-prom FILE", saveProm},
     BenchCommand{"show-prom", "show-prom", showProm},
     BenchCommand{"expect-prom", "expect-prom FILE | expect-prom ADDRESS DIGITS", expectProm},
+    BenchCommand{"show-memory", "show-memory", showMemory},
+    BenchCommand{"save-memory", "save-memory FILE", saveMemory},
+    BenchCommand{"set-memory", "set-memory NUMBER CONTENT", setMemory},
+    BenchCommand{"expect-memory", "expect-memory FILE | expect-memory NUMBER CONTENT",
+                 expectMemory},
+    BenchCommand{"option", "option NAME VALUE", option},
     BenchCommand{"help", "help", [](SimulatedBox&, Words) { return shows(benchHelp()); }},
 };
 

@@ -16,16 +16,22 @@ struct Fault {
         cutLine,        ///< the rest of a line, its end included, is lost
         previousReply,  ///< the reply to the command before is sent instead
         lostAck,        ///< a "Z" acknowledgement is not sent
-        stuckCell,      ///< PROM cell `value` keeps its content
+        stuckCell,      ///< PROM cell, or word or block of the mech, `value` keeps its content
         silentBox,      ///< no command is answered
         unplug,         ///< the port reports an error
         batteryLow,     ///< a battery warning comes in between
+        mechSilent,     ///< the mech does not answer
+        mechLate,       ///< the mech answers `value` ms late
+        mechCut,        ///< of the mech's answer come `value` characters and its line end
+        mechRefuses,    ///< the mech refuses what it is asked, and does not do it
+        wrongSum,       ///< the sum of the mech's word or coin frame is wrong
+        noSession,      ///< the mech does not answer the opening of a session, nor anything in it
     };
     enum class Where { fromBox, fromPc };
 
     Kind kind = Kind::dropByte;
     Where where = Where::fromBox;  ///< for the byte faults
-    int after = 0;  ///< bytes (or lines, acknowledgements, commands) let through first
+    int after = 0;  ///< bytes (or lines, answers, sums: what the kind counts) let through first
     int times = 1;  ///< how often; -1 = always
     int value = 0;  ///< ms, cell or bit, as the kind says
 };

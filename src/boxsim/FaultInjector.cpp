@@ -20,6 +20,12 @@ bool concernsBytes(Fault::Kind kind) {
         case Fault::Kind::stuckCell:
         case Fault::Kind::silentBox:
         case Fault::Kind::batteryLow:
+        case Fault::Kind::mechSilent:
+        case Fault::Kind::mechLate:
+        case Fault::Kind::mechCut:
+        case Fault::Kind::mechRefuses:
+        case Fault::Kind::wrongSum:
+        case Fault::Kind::noSession:
             return false;
     }
     return false;
@@ -44,11 +50,27 @@ bool FaultInjector::strikes(Armed& armed) {
 }
 
 bool FaultInjector::strikes(Fault::Kind kind) {
-    bool struck = false;
+    return strikesWith(kind).has_value();
+}
+
+std::optional<int> FaultInjector::strikesWith(Fault::Kind kind) {
+    std::optional<int> value;
     for (Armed& armed : armed_) {
-        if (armed.fault.kind == kind && strikes(armed)) struck = true;
+        if (armed.fault.kind == kind && strikes(armed)) value = armed.fault.value;
     }
-    return struck;
+    return value;
+}
+
+std::optional<Micros> FaultInjector::delaysAnswer() {
+    const auto value = strikesWith(Fault::Kind::mechLate);
+    if (!value) return std::nullopt;
+    return std::chrono::milliseconds(*value);
+}
+
+std::optional<std::size_t> FaultInjector::cutsAnswer() {
+    const auto value = strikesWith(Fault::Kind::mechCut);
+    if (!value) return std::nullopt;
+    return static_cast<std::size_t>(*value);
 }
 
 bool FaultInjector::cellSticks(int cell) {

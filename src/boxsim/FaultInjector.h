@@ -22,7 +22,7 @@ struct Verdict {
 
 /// Holds the faults and says, event by event, which of them strikes. Each fault counts the events
 /// of its own sort only: bytes of its direction, commands, answers, lines, acknowledgements,
-/// programmings of its cell.
+/// programmings of its cell; of the mech its answers, requests, sums and openings.
 class FaultInjector {
   public:
     explicit FaultInjector(std::uint64_t seed) : random_(seed) {}
@@ -43,6 +43,19 @@ class FaultInjector {
     /// A cell is programmed: it keeps its content.
     [[nodiscard]] bool cellSticks(int cell);
 
+    /// The mech is about to answer: it stays silent.
+    [[nodiscard]] bool silencesMech() { return strikes(Fault::Kind::mechSilent); }
+    /// The mech is about to answer: how late it will; nothing = in time.
+    [[nodiscard]] std::optional<Micros> delaysAnswer();
+    /// The mech is about to answer: how many characters will come; nothing = all.
+    [[nodiscard]] std::optional<std::size_t> cutsAnswer();
+    /// The mech is asked for something it may refuse.
+    [[nodiscard]] bool refuses() { return strikes(Fault::Kind::mechRefuses); }
+    /// The mech sends a sum.
+    [[nodiscard]] bool spoilsSum() { return strikes(Fault::Kind::wrongSum); }
+    /// A session with the mech is to be opened.
+    [[nodiscard]] bool barsSession() { return strikes(Fault::Kind::noSession); }
+
   private:
     struct Armed {
         Fault fault;
@@ -56,6 +69,8 @@ class FaultInjector {
 
     [[nodiscard]] static bool strikes(Armed& armed);
     [[nodiscard]] bool strikes(Fault::Kind kind);
+    /// The value of the fault that strikes.
+    [[nodiscard]] std::optional<int> strikesWith(Fault::Kind kind);
     void apply(const Fault& fault, Direction& direction, Verdict& verdict);
 
     Random random_;

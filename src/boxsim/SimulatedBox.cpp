@@ -36,6 +36,7 @@ struct SimulatedBox::Impl final : MechLine {
     // What the mech sees.
     void reply(std::span<const std::uint8_t> bytes, Micros mechTime) override;
     [[nodiscard]] EventLoop& loop() override { return loop_; }
+    [[nodiscard]] FaultInjector& faults() override { return faults_; }
 
     // From the PC, in the order of arrival; while the box works on a command the rest waits.
     struct Arrival {
@@ -58,7 +59,7 @@ struct SimulatedBox::Impl final : MechLine {
     [[nodiscard]] Micros spend(Micros time);
 
     EventLoop& loop_;
-    FaultInjector faults;
+    FaultInjector faults_;
     Random coinRandom;
     PromSocket socket;
     BoxCommands commands;
@@ -76,7 +77,8 @@ struct SimulatedBox::Impl final : MechLine {
     bool batteryWarningDue = false;
 
     std::unique_ptr<SimulatedMech> mech;
-    std::string maker, model;  // of the last validator, plugged in or not
+    std::unique_ptr<SimulatedMech> aside;  // pulled, with what it has in its memory
+    std::string model;                     // of the last validator, plugged in or not
     bool serialMode = false;
     std::string serialCommand;
 
@@ -95,27 +97,27 @@ struct SimulatedBox::Impl final : MechLine {
 
 SimulatedBox::Impl::Impl(EventLoop& eventLoop, std::uint64_t seed)
     : loop_(eventLoop),
-      faults(seed ^ kFaultSeed),
+      faults_(seed ^ kFaultSeed),
       coinRandom(seed),
-      commands(socket, faults),
+      commands(socket, faults_),
       pcLine(
           eventLoop,
           [this](std::uint8_t byte, bool endsLine) {
               record(false, byte);
-              return faults.judge(Fault::Where::fromPc, byte, endsLine);
+              return faults_.judge(Fault::Where::fromPc, byte, endsLine);
           },
           [this](std::uint8_t byte) { arrived({.byte = byte}); }),
       boxLine(
           eventLoop,
           [this](std::uint8_t byte, bool endsLine) {
-              return faults.judge(Fault::Where::fromBox, byte, endsLine);
+              return faults_.judge(Fault::Where::fromBox, byte, endsLine);
           },
           [this](std::uint8_t byte) {
               if (!connected) return;
               record(true, byte);
               if (output) output(byte);
           }),
-      outbox(boxLine, faults) {
+      outbox(boxLine, faults_) {
     pcLine.onBreakEnd([this](Micros length) { arrived({.breakLength = length}); });
     const auto pulled = [this] { unplug("The device was removed"); };
     pcLine.onUnplug(pulled);
@@ -199,7 +201,7 @@ void SimulatedBox::Impl::handleByte(std::uint8_t byte) {
 }
 
 void SimulatedBox::Impl::execute(const std::string& command) {
-    if (faults.silences()) return;
+    if (faults_.silences()) return;
     const Outcome outcome = commands.run(command, mech.get());
     if (!outcome.known) {
         unknownBytes += static_cast<int>(command.size());
@@ -312,18 +314,23 @@ bool SimulatedBox::plugValidator(std::string_view maker, std::string_view model)
     auto mech = makeMech(maker, model, *impl_);
     if (!mech) return false;
     impl_->mech = std::move(mech);
-    impl_->maker = maker;
+    impl_->aside.reset();
     impl_->model = model;
     if (impl_->serialMode) impl_->mech->serialOpened(impl_->serialCommand);
     return true;
 }
 
 bool SimulatedBox::replugValidator() {
-    return plugValidator(std::string(impl_->maker), std::string(impl_->model));
+    if (!impl_->aside) return impl_->mech != nullptr;
+    impl_->mech = std::move(impl_->aside);
+    if (impl_->serialMode) impl_->mech->serialOpened(impl_->serialCommand);
+    return true;
 }
 
 void SimulatedBox::unplugValidator() {
-    impl_->mech.reset();
+    if (!impl_->mech) return;
+    if (impl_->serialMode) impl_->mech->serialClosed();
+    impl_->aside = std::move(impl_->mech);
 }
 
 std::string SimulatedBox::validator() const {
@@ -369,8 +376,12 @@ bool SimulatedBox::drop(std::string_view coin, int count, int everyMs) {
     return true;
 }
 
+void SimulatedBox::dropRaw(std::span<const int> values) {
+    impl_->coinPassed(CoinReading(values.begin(), values.end()));
+}
+
 void SimulatedBox::dropRaw(int v1, int v2, int v3) {
-    impl_->coinPassed({v1, v2, v3});
+    dropRaw(std::array{v1, v2, v3});
 }
 
 bool SimulatedBox::reportTestEvent(std::string_view event) {
@@ -416,11 +427,11 @@ void SimulatedBox::setEscapesAloneAsBreak(bool on) {
 }
 
 void SimulatedBox::addFault(const Fault& fault) {
-    impl_->faults.add(fault);
+    impl_->faults_.add(fault);
 }
 
 void SimulatedBox::clearFaults() {
-    impl_->faults.clear();
+    impl_->faults_.clear();
 }
 
 void SimulatedBox::unplug() {

@@ -53,7 +53,7 @@ class SimulatedBox {
     /// Plugs a validator of a catalogue model in (any family; the mech behaves as its family does);
     /// false, and nothing changes, for a model that the catalogue does not list.
     bool plugValidator(std::string_view maker, std::string_view model);
-    /// Plugs the last one in again; false when there never was one.
+    /// Plugs the last one in again, with the memory that it has; false when there never was one.
     bool replugValidator();
     void unplugValidator();
     [[nodiscard]] std::string validator() const;  ///< model code; empty when none
@@ -71,7 +71,8 @@ class SimulatedBox {
     /// piece is drawn from the population of that coin in the plugged mech. Letter case of the name
     /// is ignored.
     bool drop(std::string_view coin, int count = 1, int everyMs = 400);
-    /// Drops one coin with these readings.
+    /// Drops one coin with these readings, one per sensor; a sensor without one reads 0.
+    void dropRaw(std::span<const int> values);
     void dropRaw(int v1, int v2, int v3);
     /// Reports an event of the validator test: "A" to "I" for an accepted coin, "R" for a rejected
     /// one, "X" and two hexadecimal digits for a pattern of the outputs. False, and nothing

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "boxsim/CcI2cMech.h"
 #include "boxsim/MarsMech.h"
 #include "catalogue/MechCatalogue.h"
 
@@ -29,6 +30,11 @@ constexpr std::array kFamilies = {
               [](const MechModel& model, MechLine&) -> std::unique_ptr<SimulatedMech> {
                   return std::make_unique<MarsMech>(model.code);
               }},
+    FamilyRow{kCoinControls,
+              [](const MechModel& model, MechLine& line) -> std::unique_ptr<SimulatedMech> {
+                  if (model.serialForm == SerialForm::sentinel) return nullptr;
+                  return std::make_unique<CcI2cMech>(model, line);
+              }},
 };
 
 }  // namespace
@@ -42,7 +48,8 @@ std::unique_ptr<SimulatedMech> makeMech(std::string_view maker, std::string_view
     });
     if (found == models.end()) return nullptr;
     for (const FamilyRow& family : kFamilies) {
-        if (family.maker == maker) return family.make(*found, line);
+        if (family.maker != maker) continue;
+        if (auto mech = family.make(*found, line)) return mech;
     }
     return std::make_unique<SilentMech>(found->binaryOutput);
 }

@@ -14,6 +14,8 @@
 
 namespace vantor::boxsim {
 
+class FaultInjector;
+
 /// The mech's side of the box while serial mode passes bytes through.
 class MechLine {
   public:
@@ -23,10 +25,18 @@ class MechLine {
     virtual void reply(std::span<const std::uint8_t> bytes, Micros ownTime) = 0;
     /// For what a mech does by itself, later.
     [[nodiscard]] virtual EventLoop& loop() = 0;
+    /// What goes wrong in the mech itself.
+    [[nodiscard]] virtual FaultInjector& faults() = 0;
 };
 
 /// What the sensors say of one coin: parameter p (1-based) at p - 1.
 using CoinReading = std::vector<int>;
+
+/// One cell of a mech's own memory: a 16-bit word as four hexadecimal digits, or a block of text.
+struct MemoryCell {
+    int number = 0;  ///< as the family counts: words from 0, blocks from 1
+    std::string content;
+};
 
 /// The validator plugged into the box. A family overrides what it knows; the rest behaves like a
 /// mech that is there and says nothing.
@@ -74,6 +84,23 @@ class SimulatedMech {
         (void)coin;
         (void)random;
         return std::nullopt;
+    }
+    /// The mech's own memory; empty when it has none.
+    [[nodiscard]] virtual std::vector<MemoryCell> memory() const { return {}; }
+    /// Puts a cell's content in place, past all protection; false, and nothing changes, for a cell
+    /// that is not there or a content that it cannot hold.
+    virtual bool setMemory(int number, std::string_view content) {
+        (void)number;
+        (void)content;
+        return false;
+    }
+    /// The memory as technicians save it, a cell a line, ended by CR LF.
+    [[nodiscard]] virtual std::string savedMemory() const { return {}; }
+    /// Variants of a model that differ in how they speak; false for what this mech does not know.
+    virtual bool setOption(std::string_view name, std::string_view value) {
+        (void)name;
+        (void)value;
+        return false;
     }
 };
 

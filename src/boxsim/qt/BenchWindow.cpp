@@ -42,10 +42,16 @@ constexpr std::array kFaults = {
     FaultName{"Cut a line short", Fault::Kind::cutLine},
     FaultName{"Send the previous reply", Fault::Kind::previousReply},
     FaultName{"Lose an acknowledgement", Fault::Kind::lostAck},
-    FaultName{"Stuck PROM cell (address)", Fault::Kind::stuckCell},
+    FaultName{"Stuck cell (address)", Fault::Kind::stuckCell},
     FaultName{"Box stays silent", Fault::Kind::silentBox},
     FaultName{"Pull the cable", Fault::Kind::unplug},
     FaultName{"Battery warning", Fault::Kind::batteryLow},
+    FaultName{"Mech does not answer", Fault::Kind::mechSilent},
+    FaultName{"Mech answers late (ms)", Fault::Kind::mechLate},
+    FaultName{"Mech's answer cut (characters)", Fault::Kind::mechCut},
+    FaultName{"Mech refuses", Fault::Kind::mechRefuses},
+    FaultName{"Mech's sum is wrong", Fault::Kind::wrongSum},
+    FaultName{"Mech opens no session", Fault::Kind::noSession},
 };
 
 QPlainTextEdit* instrument(const char* name) {
