@@ -3,54 +3,30 @@
 #include <QLineEdit>
 #include <ostream>
 
-#include "ProgramFixture.h"
-#include "Technician.h"
-#include "catalogue/Text.h"
+#include "RoadFixture.h"
 
 namespace vantor::test {
 namespace {
 
-namespace fs = std::filesystem;
 using boxsim::PromKind;
 
-/// The program behind its main window, and a technician at the bench.
-class Road : public ProgramTest {
-  protected:
-    void openMain(const std::string& model) {
-        box.plugValidator(kMars, model);
-        writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
-        run();
-        ASSERT_TRUE(visible("frmMain"));
-        choose("frmMain.cmbMarsMech", model);
-    }
-    void openMeasurement() {
-        click("frmMain.cmdMars");
-        ASSERT_TRUE(visible("frmCoinMeasure1"));
-    }
-    void runCoinset(const std::string& file) {
-        technician.coinset = fs::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / file;
-        click("frmCoinMeasure1.cmdRunCoinset");
-    }
-    [[nodiscard]] std::vector<std::uint8_t> cells() const {
-        const auto cells = box.promCells();
-        return {cells.begin(), cells.end()};
-    }
-
-    Technician technician{loop, box};
-};
-
 int shownLimit(int row, int column) {
-    return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(row * 6 + column - 1))->text().toInt();
+    return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(row * 6 + column - 1))
+        ->text()
+        .toInt();
 }
 
 /// Writes a segment as the mech reads it, from what the window shows: an encoder of the test's
 /// own, so that a mistake in the program's shows.
-void expectSegment(const std::vector<std::uint8_t>& cells, std::size_t base, const std::string& reference) {
+void expectSegment(const std::vector<std::uint8_t>& cells, std::size_t base,
+                   const std::string& reference) {
     ASSERT_GE(cells.size(), base + 128);
     EXPECT_EQ(cells[base], 15);
     for (int coin = 0; coin < 6; ++coin) {
         for (int column = 1; column <= 6; ++column) {
-            const std::size_t at = base + 1 + static_cast<std::size_t>(36 * ((column - 1) / 2) + 6 * coin + 3 * ((column - 1) % 2));
+            const std::size_t at = base + 1 +
+                                   static_cast<std::size_t>(36 * ((column - 1) / 2) + 6 * coin +
+                                                            3 * ((column - 1) % 2));
             const int value = cells[at] + 16 * cells[at + 1] + 256 * cells[at + 2];
             EXPECT_EQ(value, shownLimit(coin, column)) << "coin " << coin << " column " << column;
         }

@@ -63,6 +63,8 @@ class Technician {
             chooseFile(*dialog);
         } else if (QMessageBox* open = ::vantor::test::box("")) {
             answerBox(*open);
+        } else {
+            dropWhileAsked();
         }
     }
 
@@ -107,10 +109,7 @@ class Technician {
         QMessageBox::StandardButton button = QMessageBox::Ok;
         if (title.starts_with(gather)) {
             item_ = title.substr(gather.size());
-            dropSoon();
             button = QMessageBox::Yes;
-        } else if (has("Coin Fliers detected")) {
-            dropSoon();
         } else if (has("Insert Old PROM to COPY")) {
             box_.insertProm(boxsim::PromKind::e1, static_cast<int>(oldProm.size()), oldProm);
             setSwitches(true, false);
@@ -130,16 +129,12 @@ class Technician {
         box_.setSwitch(2, two);
     }
 
-    /// The window asks for a number of drops; they begin once the box reports coins.
-    void dropSoon() {
-        loop_.callAfter(std::chrono::milliseconds(100), [this] {
-            if (!box_.coinDataOn()) {
-                dropSoon();
-                return;
-            }
-            const int count = std::stoi(label("frmCoinMeasure1.lblNumber"));
-            EXPECT_TRUE(box_.drop(item_, count, 300)) << item_;
-        });
+    /// One coin after the other, as long as the box reports them and the window asks for more.
+    void dropWhileAsked() {
+        if (!box_.coinDataOn() || item_.empty() || loop_.now() < nextDrop_) return;
+        if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
+        EXPECT_TRUE(box_.drop(item_)) << item_;
+        nextDrop_ = loop_.now() + std::chrono::milliseconds(300);
     }
 
     boxsim::SimulatedBox& box_;
@@ -147,6 +142,7 @@ class Technician {
     RepeatingTimer timer_;
     std::vector<Exception> exceptions_;
     std::string item_;
+    Micros nextDrop_{};
 };
 
 }  // namespace vantor::test
