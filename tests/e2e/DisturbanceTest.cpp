@@ -87,7 +87,7 @@ TEST_P(Disturbed, APulledAdapterIsToldOnceAndTheNextJobWorks) {
     meanwhile([&] { box.unplug(); });
     const Micros start = loop.now();
     runAndProgram();
-
+    jobOver();
     EXPECT_LT(loop.now() - start, std::chrono::minutes(4));
     EXPECT_FALSE(program->actions().busy());
     box.replug();
@@ -101,9 +101,7 @@ TEST_P(Disturbed, APulledAdapterIsToldOnceAndTheNextJobWorks) {
 TEST_P(Disturbed, ABoxThatFallsSilentNeverPassesForSuccess) {
     openMain(kModel);
     openMeasurement();
-    bool silent = false;
     meanwhile([&] {
-        silent = true;
         box.setSilent(true);
         // A technician whose drops no longer count gives up after a while.
         loop.callAfter(std::chrono::seconds(30), [&] {
@@ -127,7 +125,7 @@ TEST_P(Disturbed, ABoxThatFallsSilentNeverPassesForSuccess) {
 
 INSTANTIATE_TEST_SUITE_P(Moments, Disturbed,
                          ::testing::Values(0, 150, 900, 1700, 2600, 3600, 4600, 7000, 9000, 14'000,
-                                           25'000, 31'000, 36'000, 38'000, 39'000, 40'500));
+                                           25'000, 31'000, 32'000, 32'700, 33'300, 34'000));
 
 }  // namespace
 }  // namespace vantor::test

@@ -22,7 +22,8 @@ class Road : public ProgramTest {
     }
     void openMeasurement() {
         click("frmMain.cmdMars");
-        ASSERT_TRUE(visible("frmCoinMeasure1")) << (technician.seen.empty() ? "" : technician.seen.back());
+        ASSERT_TRUE(visible("frmCoinMeasure1"))
+            << (technician.seen.empty() ? "" : technician.seen.back());
     }
     void runCoinset(const std::string& file) {
         technician.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / file;
