@@ -42,16 +42,9 @@ ByteWindow EepromWords::window(const WindowPlan& plan, int channel, std::size_t 
 std::optional<int> EepromWords::channelOf(const WindowPlan& plan, std::size_t parameters,
                                           const CoinReading& reading) const {
     for (int channel = 1; channel <= plan.channels; ++channel) {
-        bool takes = true;
-        bool empty = true;
-        for (std::size_t p = 0; p < parameters; ++p) {
-            const ByteWindow limits = window(plan, channel, p);
-            if (isOff(limits)) continue;
-            empty = false;
-            const int value = p < reading.size() ? reading[p] : 0;
-            takes = takes && value >= limits.low && value <= limits.high;
-        }
-        if (takes && !empty) return channel - 1;
+        std::vector<ByteWindow> windows;
+        for (std::size_t p = 0; p < parameters; ++p) windows.push_back(window(plan, channel, p));
+        if (takesCoin(windows, reading)) return channel - 1;
     }
     return std::nullopt;
 }

@@ -58,8 +58,16 @@ ByteWindow windowAround(const Quantity& reading) {
     return {inByte(std::floor(reading.mean - reach)), inByte(std::ceil(reading.mean + reach))};
 }
 
-bool isOff(const ByteWindow& window) {
-    return window.low == 0 && window.high == 0;
+bool takesCoin(std::span<const ByteWindow> windows, std::span<const int> values) {
+    bool empty = true;
+    for (std::size_t p = 0; p < windows.size(); ++p) {
+        const ByteWindow& window = windows[p];
+        if (window.low == 0 && window.high == 0) continue;
+        empty = false;
+        const int value = p < values.size() ? values[p] : 0;
+        if (value < window.low || value > window.high) return false;
+    }
+    return !empty;
 }
 
 std::span<const std::string_view> factoryCoins() {

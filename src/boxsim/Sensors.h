@@ -34,8 +34,9 @@ struct ByteWindow {
     int high = 0;
 };
 [[nodiscard]] ByteWindow windowAround(const Quantity& reading);
-/// Whether a mech takes a reading: 0..0 switches a parameter off and lets everything through.
-[[nodiscard]] bool isOff(const ByteWindow& window);
+/// Whether a channel takes a coin; both lists parameter by parameter. A window of 0..0 lets
+/// everything through, and a channel that has no other is empty and takes nothing.
+[[nodiscard]] bool takesCoin(std::span<const ByteWindow> windows, std::span<const int> values);
 
 /// What the channels of a new mech are set to, channel 1 first; the rest are empty.
 [[nodiscard]] std::span<const std::string_view> factoryCoins();

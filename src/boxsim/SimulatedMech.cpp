@@ -4,21 +4,14 @@
 
 #include "boxsim/CcI2cMech.h"
 #include "boxsim/MarsMech.h"
+#include "boxsim/NriHandshakeMech.h"
+#include "boxsim/NriPlainMech.h"
+#include "boxsim/SentinelMech.h"
 #include "catalogue/MechCatalogue.h"
 
 namespace vantor::boxsim {
 
 namespace {
-
-/// Plugged in and seen, but its own conversation is not simulated: every byte is swallowed.
-class SilentMech final : public SimulatedMech {
-  public:
-    explicit SilentMech(bool binaryOutput) : binaryOutput_(binaryOutput) {}
-    [[nodiscard]] bool offersBinaryOutput() const override { return binaryOutput_; }
-
-  private:
-    bool binaryOutput_;
-};
 
 struct FamilyRow {
     std::string_view maker;
@@ -32,8 +25,17 @@ constexpr std::array kFamilies = {
               }},
     FamilyRow{kCoinControls,
               [](const MechModel& model, MechLine& line) -> std::unique_ptr<SimulatedMech> {
-                  if (model.serialForm == SerialForm::sentinel) return nullptr;
+                  if (model.serialForm == SerialForm::sentinel) {
+                      return std::make_unique<SentinelMech>(model, line);
+                  }
                   return std::make_unique<CcI2cMech>(model, line);
+              }},
+    FamilyRow{kNri,
+              [](const MechModel& model, MechLine& line) -> std::unique_ptr<SimulatedMech> {
+                  if (nriVariant(model.code).plain) {
+                      return std::make_unique<NriPlainMech>(model, line);
+                  }
+                  return std::make_unique<NriHandshakeMech>(model, line);
               }},
 };
 
@@ -48,10 +50,9 @@ std::unique_ptr<SimulatedMech> makeMech(std::string_view maker, std::string_view
     });
     if (found == models.end()) return nullptr;
     for (const FamilyRow& family : kFamilies) {
-        if (family.maker != maker) continue;
-        if (auto mech = family.make(*found, line)) return mech;
+        if (family.maker == maker) return family.make(*found, line);
     }
-    return std::make_unique<SilentMech>(found->binaryOutput);
+    return nullptr;
 }
 
 }  // namespace vantor::boxsim

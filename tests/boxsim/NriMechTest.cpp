@@ -1,0 +1,304 @@
+#include <algorithm>
+
+#include "MechBench.h"
+#include "catalogue/MechCatalogue.h"
+
+namespace vantor::boxsim::test {
+namespace {
+
+const std::string kAck = "\x06";
+
+struct NriBench : MechBench {
+    explicit NriBench(std::string_view model, std::string_view mode = "$05")
+        : MechBench("NRI", model) {
+        enter("C00", mode);
+    }
+};
+
+TEST(NriMechs, SayWhoTheyAreOnlyUnderTheirOwnModeCommand) {
+    struct Case {
+        const char* model;
+        const char* mode;
+        const char* identity;
+    };
+    const Case cases[] = {{"G13-0000", "$01", "0\r"},   {"G18-0000", "$01", "?\r"},
+                          {"G13-6000", "$05", "07\r"},  {"G18-3000", "$05", "05\r"},
+                          {"G40-0000", "$05", "02\r"},  {"G10-4000", "$23", "?\r"},
+                          {"G10-4000/5", "$23", "06\r"}};
+    for (const Case& c : cases) {
+        for (const std::string mode : {"$01", "$05", "$23", "$25"}) {
+            NriBench bench(c.model, mode);
+            EXPECT_EQ(bench.ask("I"), mode == c.mode ? c.identity : "") << c.model << mode;
+        }
+        MechBench elsewhere("NRI", c.model);
+        elsewhere.enter("C08", c.mode);
+        EXPECT_EQ(elsewhere.ask("I"), "") << c.model;
+    }
+    NriBench late("G10-4000/5", "$23");
+    late.bench("option mode $25");
+    EXPECT_EQ(late.ask("I"), "");
+    late.leave();
+    late.enter("C00", "$25");
+    late.bench("option identity 08");
+    EXPECT_EQ(late.ask("I"), "08\r");
+    EXPECT_FALSE(runBenchLine(late.box, "option mode $06").ok());
+}
+
+TEST(NriMechs, ABarredSessionStaysSilentUntilSerialModeIsLeft) {
+    NriBench bench("G13-6000");
+    bench.bench("fault no-session");
+    EXPECT_EQ(bench.ask("I"), "");
+    EXPECT_EQ(bench.ask("X00I"), "");
+    bench.leave();
+    bench.enter("C00", "$05");
+    EXPECT_EQ(bench.ask("I"), "07\r");
+}
+
+TEST(NriMechs, TheInterfaceOfTheBoxAnswersInItsMode) {
+    NriBench bench("G18-0000", "$06");
+    EXPECT_EQ(bench.ask("\r#"), "\r#");
+    EXPECT_EQ(bench.ask("TKI"), "TKI1.2\r");
+    EXPECT_EQ(bench.ask("M00800102\r"), "M00800102\r");
+    bench.bench("option interface I2.0");
+    EXPECT_EQ(bench.ask("\r#TKI"), "\r#TKI2.0\r");
+}
+
+TEST(NriHandshake, ReadsAndWritesBlocksStepByStep) {
+    NriBench bench("G13-6000");
+    EXPECT_EQ(bench.ask("X"), kAck);
+    EXPECT_EQ(bench.ask("10"), "050102040A1400000000000000\r");
+    EXPECT_EQ(bench.ask("X1B"), kAck + "7E\r");
+    EXPECT_EQ(bench.ask("X1C"), kAck + "?\r");
+    EXPECT_EQ(bench.ask("Z"), kAck);
+    EXPECT_EQ(bench.ask("02"), "");
+    EXPECT_EQ(bench.ask("07"), kAck);
+    EXPECT_EQ(bench.ask("0309"), kAck + kAck);
+    EXPECT_EQ(bench.cell(3), "070309");
+    EXPECT_EQ(bench.ask("FF"), "");  // the block is full
+    EXPECT_EQ(bench.cell(3), "070309");
+    // A letter that is no hexadecimal digit begins a new command, wherever it comes.
+    EXPECT_EQ(bench.ask("Z021"), kAck);
+    EXPECT_EQ(bench.ask("X02"), kAck + "070309\r");
+    EXPECT_EQ(bench.ask("Z02AAX1"), kAck + kAck + kAck);
+    EXPECT_EQ(bench.ask("I"), "07\r");
+    EXPECT_EQ(bench.cell(3), "AA0309");
+    EXPECT_EQ(bench.ask("Z1C00"), kAck + "?");
+    EXPECT_EQ(bench.ask("\x1B\x1B"
+                        "C00W$05"),
+              "");
+    EXPECT_EQ(bench.ask("I"), "07\r");
+}
+
+TEST(NriHandshake, TheModelsHaveTheBlocksTheyHave) {
+    struct Case {
+        const char* model;
+        const char* mode;
+        const char* last;    // the last block's number on the wire
+        const char* beyond;  // the one that it lacks
+    };
+    for (const Case& c :
+         {Case{"G13-6000", "$05", "1B", "1C"}, Case{"G40-0000", "$05", "1B", "1C"},
+          Case{"G18-3000", "$05", "19", "1A"}, Case{"G10-4000/5", "$23", "14", "15"}}) {
+        NriBench bench(c.model, c.mode);
+        EXPECT_EQ(bench.ask(std::string("X") + c.beyond), kAck + "?\r") << c.model;
+        EXPECT_NE(bench.ask(std::string("X") + c.last), kAck + "?\r") << c.model;
+        for (const MemoryCell& cell : bench.box.mech()->memory()) {
+            EXPECT_EQ(cell.content.size() % 2, 0U) << c.model << cell.number;
+            EXPECT_EQ(cell.content.find_first_not_of("0123456789ABCDEF"), std::string::npos)
+                << c.model << cell.number;
+            const bool window = cell.number >= 4 && cell.number <= 15;
+            EXPECT_EQ(cell.content.size(), window ? 24U : cell.content.size());
+        }
+    }
+}
+
+TEST(NriPlain, GivesItsMemoryInLines) {
+    NriBench six("G13-0000", "$01");
+    six.bench("set-memory 3 181182183184081082083084");
+    EXPECT_EQ(six.ask("V3"), "181\r182\r183\r184\r081\r082\r083\r084\r");
+    EXPECT_EQ(six.ask("Y"), "005\r000\r020\r010\r004\r002\r001\r");
+    EXPECT_EQ(six.ask("X"), "?\r");
+    EXPECT_EQ(six.ask("V7"), "?\r");
+    EXPECT_EQ(six.ask("\x1B"
+                      "C00W"),
+              "");
+    NriBench eight("G10-4000", "$23");
+    EXPECT_EQ(eight.ask("X"), "G10-4000 R2000500100020005000050010002000500100000000000000\r");
+    EXPECT_EQ(eight.ask("X").size(), 60U);
+    EXPECT_EQ(eight.ask("Y"), "?\r");
+    EXPECT_EQ(eight.ask("V8"), "000\r000\r000\r000\r000\r000\r000\r000\r");
+    EXPECT_EQ(eight.ask("Z").substr(28, 8), "23/09/06");
+    EXPECT_EQ(std::count(eight.received.begin(), eight.received.end(), '\r'), 1);
+}
+
+TEST(NriPlain, StoresWhatEndsAsItShould) {
+    NriBench six("G18-0000", "$01");
+    EXPECT_EQ(six.ask("D2101102103104\r"), "");
+    const std::string before = six.cell(2);
+    EXPECT_EQ(six.ask("001002003004"), "");
+    EXPECT_EQ(six.cell(2), before);  // still in the middle
+    EXPECT_EQ(six.ask("\r"), "");
+    EXPECT_EQ(six.cell(2), "101102103104001002003004");
+    EXPECT_EQ(six.ask("B010060050040030020010\r"), "");
+    EXPECT_EQ(six.cell(7), "010060050040030020010");
+    EXPECT_EQ(six.ask("E07/03/09\r"), "");
+    EXPECT_EQ(six.ask("Z").substr(28, 8), "07/03/09");
+    // Not of the form: nothing is stored, and the next command is understood.
+    for (const char* line :
+         {"D2101102103\r001002003\r", "D7101102103104\r001002003004\r",
+          "D2101102103X04\r001002003004\r", "B01006\r", "E7/3/2009\r", "FG10-4000 R2::\r"}) {
+        EXPECT_EQ(six.ask(line), "") << line;
+    }
+    EXPECT_EQ(six.ask("I"), "?\r");
+    EXPECT_EQ(six.cell(2), "101102103104001002003004");
+    EXPECT_EQ(six.cell(7), "010060050040030020010");
+    EXPECT_EQ(six.cell(8), "07/03/09");
+
+    NriBench eight("G10-4000", "$23");
+    const std::string list =
+        "G10-4000 R9"
+        "0001000200030004"
+        "00110012001300140015001600170018";
+    eight.ask("F" + list + "\r");
+    EXPECT_NE(eight.cell(9), list);  // two colons end it
+    eight.ask(
+        "\x1B"
+        "::\r");
+    EXPECT_NE(eight.cell(9), list);  // a CR more than there should be
+    eight.ask("F" + list + "::\r");
+    EXPECT_EQ(eight.cell(9), list);
+}
+
+TEST(NriMechs, GiveOneReadingForEachRequest) {
+    struct Case {
+        const char* model;
+        const char* mode;
+        const char* line;
+    };
+    const Case cases[] = {
+        {"G13-6000", "$05", "01FF0300000000000000000000000000\r"},
+        {"G40-0000", "$05", "01FF0300000000000000000000000000\r"},
+        {"G18-3000", "$05", "01FF03000000\r"},
+        {"G10-4000/5", "$23", "01FF03000000\r"},
+        {"G13-0000", "$01", "001\r255\r003\r000\r"},
+        {"G10-4000", "$23", "001\r255\r003\r000\r"},
+    };
+    for (const Case& c : cases) {
+        NriBench bench(c.model, c.mode);
+        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
+        EXPECT_EQ(bench.ask("T", 30s), "") << c.model;
+        EXPECT_EQ(bench.dropped({1, 300, 3}), c.line) << c.model;
+        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
+        bench.ask("TI");
+        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
+    }
+}
+
+TEST(NriMechs, TheG10SendsARecordForEachAcceptedCoinOutsideAMeasurement) {
+    struct Case {
+        const char* model;
+        const char* coin;
+        std::string record;
+    };
+    // 5, 10, 20, 50 Pell on channels 1 to 4; the tubes hold 10 (left), 20 and 50.
+    const Case cases[] = {
+        {"G10-4000/5", "5 Pell", bytes({0x80, 0x08, 13})},
+        {"G10-4000/5", "10 Pell", bytes({0x80, 0x14, 13})},
+        {"G10-4000/5", "20 Pell", bytes({0x80, 0x1A, 13})},
+        {"G10-4000/5", "50 Pell", bytes({0x80, 0x21, 13})},
+        {"G10-4000/5", "Lead Blank", ""},
+        {"G10-4000", "5 Pell", bytes({0x80, 0x08, 13})},
+        {"G10-4000", "10 Pell", bytes({0x80, 0x14, 13})},
+        {"G10-4000", "50 Pell", bytes({0x80, 0x21, 13})},
+        {"G10-4000", "Lead Blank", ""},
+    };
+    for (const Case& c : cases) {
+        NriBench bench(c.model, "$23");
+        bench.ask("I");
+        bench.received.clear();
+        ASSERT_TRUE(bench.box.drop(c.coin));
+        bench.loop.advance(1s);
+        EXPECT_EQ(bench.received, c.record) << c.model << c.coin;
+        bench.ask("T");
+        bench.dropped({1, 2, 3});
+        ASSERT_TRUE(bench.box.drop(c.coin));
+        bench.received.clear();
+        bench.loop.advance(1s);
+        EXPECT_EQ(bench.received, "") << c.model << ": a measurement";
+    }
+}
+
+TEST(NriMechs, GoWrongAsTheBenchSays) {
+    struct Case {
+        const char* model;
+        const char* mode;
+        const char* fault;
+        const char* request;
+        std::string first, second;
+    };
+    const std::string date = "110605\r";
+    const Case cases[] = {
+        {"G13-6000", "$05", "fault mech-silent after 1", "X02", kAck, kAck + date},
+        {"G13-6000", "$05", "fault mech-silent", "X02", date, kAck + date},
+        {"G13-6000", "$05", "fault refuse", "X02", kAck + "?\r", kAck + date},
+        {"G13-6000", "$05", "fault refuse after 1", "Z02110605", kAck + kAck + "?",
+         kAck + kAck + kAck + kAck},
+        {"G13-6000", "$05", "fault mech-cut after 1 value 3", "X02", kAck + "110\r", kAck + date},
+        {"G13-6000", "$05", "fault mech-late after 1 value 5000", "X02", kAck, kAck + date + date},
+        {"G10-4000", "$23", "fault refuse", "Z", "?\r",
+         "SERIES 05 NO 0042719 ADJUST 23/09/06 OK\r"},
+        {"G18-0000", "$01", "fault mech-cut value 10", "V6", "000\r000\r00\r",
+         "000\r000\r000\r000\r000\r000\r000\r000\r"},
+    };
+    for (const Case& c : cases) {
+        NriBench bench(c.model, c.mode);
+        bench.bench(c.fault);
+        EXPECT_EQ(bench.ask(c.request), c.first) << c.fault;
+        EXPECT_EQ(bench.ask(c.request), c.second) << c.fault;
+    }
+    NriBench handshake("G40-0000");
+    handshake.bench("fault stuck value 3");
+    EXPECT_EQ(handshake.ask("Z02010203"), kAck + kAck + kAck + kAck);
+    EXPECT_EQ(handshake.cell(3), "1C0B06");
+    handshake.ask("Z02010203");
+    EXPECT_EQ(handshake.cell(3), "010203");
+    NriBench plain("G13-0000", "$01");
+    plain.bench("fault stuck value 8");
+    plain.ask("E01/02/03\r");
+    EXPECT_EQ(plain.cell(8), "14/02/05");
+    plain.ask("E01/02/03\r");
+    EXPECT_EQ(plain.cell(8), "01/02/03");
+}
+
+TEST(NriMechs, SaveTwentyEightBlocksAndKeepTheirLengths) {
+    MechBench bench("NRI", "G13-0000");
+    const std::string saved = bench.box.mech()->savedMemory();
+    EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 28);
+    EXPECT_NE(saved.find("\r\n7,\"005000020010004002001\"\r\n8,\"14/02/05\"\r\n9,\"\"\r\n"),
+              std::string::npos);
+    EXPECT_FALSE(runBenchLine(bench.box, "set-memory 7 005").ok());
+    EXPECT_FALSE(runBenchLine(bench.box, "set-memory 9 x").ok());
+    EXPECT_TRUE(bench.bench("show-memory").ends_with("7: 005000020010004002001\n8: 14/02/05"));
+}
+
+TEST(NriMechs, KnowTheCoinsOfTheirMemory) {
+    Random random(11);
+    for (const std::string_view model : listedModels(kNri)) {
+        MechBench bench("NRI", model);
+        const auto channel = [&](const char* coin) {
+            return bench.box.mech()->channelFor(*bench.box.mech()->draw(coin, random), {});
+        };
+        EXPECT_EQ(channel("5 Pell"), 0) << model;
+        EXPECT_EQ(channel("50 Pell"), 3) << model;
+        EXPECT_EQ(channel("5 Dorin"), std::nullopt) << model;
+    }
+    // A channel looks at the sensors that its map names: with the first two exchanged it is blind.
+    MechBench bench("NRI", "G13-6000");
+    const std::string map = bench.cell(20);
+    bench.bench("set-memory 20 142056" + map.substr(6));
+    EXPECT_EQ(bench.box.mech()->channelFor(*bench.box.mech()->draw("5 Pell", random), {}),
+              std::nullopt);
+}
+
+}  // namespace
+}  // namespace vantor::boxsim::test
