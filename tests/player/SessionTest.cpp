@@ -88,6 +88,11 @@ TEST_F(SessionTest, TheGuidedDemoGoesTheWholeRoad) {
     }
 }
 
+TEST_F(SessionTest, TheDemoOfTheValidatorTestPlays) {
+    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/validator-test.vps"), kAllHeld) << out.str();
+    EXPECT_TRUE(fs::exists("validator-test-rejected.png"));
+}
+
 TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME181"), kNotAsExpected);
