@@ -87,6 +87,8 @@ void MechCheck::leaveSerialMode() {
     state_.link.lineBuffer.clear();
     link_.flushInput();
     link_.sendBreak(kLeaveBreakMs);
+    // What the mech still had to say must not stand before the box's line.
+    state_.link.lineBuffer.clear();
     link_.waitFor(kModeMs, state_.box.commandModeFlag);
     link_.sendEscapes(kLeaveEscapes);
     // The box answers the ESC characters, not the break, so it is given time to.

@@ -68,6 +68,7 @@ TEST(MechCheck, LeavingSerialModeWaitsForTheBoxAfterTheEscapes) {
     world.select(kCoinControls, "C120");
     world.state.box.serialModeFlag = true;
     world.state.link.frameCount = 3;
+    world.port.receive("late echo#", 30);
     world.port.receive("*R\r", 760);
     world.check.leaveSerialMode();
     EXPECT_EQ(world.port.sent, "<break></break>" + escapes(20));
