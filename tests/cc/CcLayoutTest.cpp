@@ -199,6 +199,14 @@ TEST(CcRouting, ACoinsetsRoutingIsTheSameHoweverOftenItIsWritten) {
         applyCoinsetRouting(mapped.shape, routing, mapped.old, mapped.next);
         EXPECT_EQ(mapped.next, once) << c.model;
     }
+
+    Mapped mapped("435");
+    CoinsetRouting routing;
+    routing[16] = 1;
+    applyCoinsetRouting(mapped.shape, routing, mapped.old, mapped.next);
+    routing[16] = 0;
+    applyCoinsetRouting(mapped.shape, routing, mapped.old, mapped.next);
+    EXPECT_EQ(mapped.next[11], 0xFC96) << "from memory, then from the plug again";
 }
 
 TEST(CcRouting, RoutesAreReadPerChannel) {

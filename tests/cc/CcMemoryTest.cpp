@@ -165,7 +165,9 @@ TEST(CcRead, AnythingElseThanTheWordsReplyIsWaitedPast) {
     EXPECT_EQ(world.cc.memory().readEepromWord(9), 0x0102);
     EXPECT_EQ(world.told(), "");
 
-    world.port.answer(readPackets(10, 10), bytes({0x3F, 1, 2, 3, 0x45}));
+    // A spoilt one that nobody gathers is no wrong sum of the word.
+    world.state.box.wordChecksumError = true;
+    world.port.answer(readPackets(10, 10), bytes({0x3F, 1, 2, 3, 0x46}));
     EXPECT_EQ(world.cc.memory().readEepromWord(10), -1);
     EXPECT_EQ(world.told(), "! Error: Timeout reading Coin Mech EEPROM\n");
 }
@@ -292,6 +294,15 @@ TEST(CcWrite, EndsAtTheFirstWordThatFailsAndSaysSo) {
     }
 }
 
+TEST(CcWrite, ASentinelThatDoesNotOpenIsSentNothingFurther) {
+    CcWorld world("Sentinel");
+    world.box.openingsIgnored = 1;
+    world.cc.memory().writeCcEeprom();
+    EXPECT_EQ(world.port.sent, kSentinelOpening);
+    EXPECT_EQ(world.told(), "");
+    EXPECT_FALSE(world.progress.open);
+}
+
 // --- programming and verifying -----------------------------------------------------------------
 
 TEST(CcProgramme, WritesReadsAgainAndComparesBetweenJAndW) {
@@ -306,6 +317,14 @@ TEST(CcProgramme, WritesReadsAgainAndComparesBetweenJAndW) {
     EXPECT_EQ(world.told(), "EEPROM VERIFY:    EEPROM Verified OK   \n");
     EXPECT_EQ(world.prompts.asked[0].icon, PromptIcon::none);
     EXPECT_TRUE(world.state.oldImageWhole());
+}
+
+TEST(CcProgramme, EveryPartOfItBeginsInCommandMode) {
+    CcWorld world("Sentinel");
+    world.box.openingsIgnored = 99;
+    EXPECT_FALSE(world.cc.memory().programme());
+    const std::string tried = "J" + kSentinelOpening + leaving();
+    EXPECT_EQ(world.port.sent, tried + tried + "WW");
 }
 
 TEST(CcProgramme, OnlyAWholeMemoryThatIsAsWantedIsVerified) {
