@@ -16,10 +16,10 @@ const std::array<MainActions::Action, 9>& MainActions::table() {
     static constexpr std::array<Action, 9> kTable = {{
         {"cmdMars", "cmbMarsMech", kMars, 805, true, &MainActions::programMech},
         {"cmdValtest", "cmbMarsMech", kMars, 808, false, &MainActions::validatorTest},
-        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, &MainActions::promUtilities},
+        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, &MainActions::memoryUtilities},
         {"cmdCCprog", "cmbCCmech", kCoinControls, 800, false, &MainActions::programMech},
         {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, &MainActions::validatorTest},
-        {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, nullptr},
+        {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, &MainActions::memoryUtilities},
         {"cmdNRIprog", "cmbNRImech", kNri, 801, false, &MainActions::programMech},
         {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, &MainActions::validatorTest},
         {"cmdNRIprom", "cmbNRImech", kNri, 802, false, nullptr},
@@ -113,8 +113,8 @@ void MainActions::programMech(const Action& action) {
     });
 }
 
-void MainActions::promUtilities(const Action& action) {
-    if (mechAnswers(action) && openPromUtilities) openPromUtilities();
+void MainActions::memoryUtilities(const Action& action) {
+    if (mechAnswers(action) && openMemoryUtilities) openMemoryUtilities();
 }
 
 }  // namespace vantor

@@ -33,8 +33,8 @@ class MainActions {
 
     /// Opens the measurement window over the hidden main window.
     std::function<void()> openMeasurement;
-    /// Reads the PROM and opens its utilities window over the hidden main window.
-    std::function<void()> openPromUtilities;
+    /// Opens the memory utilities window of the stored maker over the hidden main window.
+    std::function<void()> openMemoryUtilities;
     /// Opens the validator test for the stored maker and model; failed steps are reported under
     /// the number.
     std::function<void(int errorMessage)> openValidatorTest;
@@ -63,7 +63,7 @@ class MainActions {
     void perform(const Action& action);
     [[nodiscard]] bool mechAnswers(const Action& action);
     void programMech(const Action& action);
-    void promUtilities(const Action& action);
+    void memoryUtilities(const Action& action);
     void offer(const Action& action, bool enabled);
     void validatorTest(const Action& action);
     void enableAll(bool enabled);

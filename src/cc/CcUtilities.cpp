@@ -97,13 +97,17 @@ bool CcUtilities::cloneFromFile() {
 
 // --- routing of a 435 --------------------------------------------------------------------------
 
-bool CcUtilities::programmeRouting(const C435Settings& settings) {
+bool CcUtilities::prepareRouting(const C435Settings& settings) {
     bool good = false;
-    errors_.attempt(716, [&] { good = writeRouting(settings); });
+    errors_.attempt(716, [&] { good = buildRouting(settings); });
     return good;
 }
 
-bool CcUtilities::writeRouting(const C435Settings& settings) {
+bool CcUtilities::programmeRouting(const C435Settings& settings) {
+    return prepareRouting(settings) && memory_.programme();
+}
+
+bool CcUtilities::buildRouting(const C435Settings& settings) {
     // Everything that the settings do not say is carried over from the old image.
     if (!state_.oldImageWhole()) {
         memory_.tellIncomplete();
@@ -120,7 +124,7 @@ bool CcUtilities::writeRouting(const C435Settings& settings) {
         case C435Fault::none:
             break;
     }
-    return confirm(709, 708, shape.words) && memory_.programme();
+    return confirm(709, 708, shape.words);
 }
 
 }  // namespace vantor

@@ -22,14 +22,17 @@ class CcUtilities {
     bool eeProgramme();
     /// Clone Coin Mech: reads the mech first, so that only what differs is written.
     bool cloneFromFile();
-    /// Writes a 435's settings and verifies. False after an incomplete read, invalid settings, a
-    /// declined question or a failed verification; each was told.
+    /// Builds the new image from a 435's settings and asks whether to write it. False after an
+    /// incomplete read, with invalid settings or when the technician declined; nothing was sent,
+    /// and the first two were told.
+    bool prepareRouting(const C435Settings& settings);
+    /// The same, then writes and verifies. False also after a failed verification, which was told.
     bool programmeRouting(const C435Settings& settings);
 
   private:
     bool programFile();
     bool confirm(int title, int text, int words);
-    bool writeRouting(const C435Settings& settings);
+    bool buildRouting(const C435Settings& settings);
     void tell(int title, int text);
 
     SessionState& state_;

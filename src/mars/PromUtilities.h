@@ -1,8 +1,7 @@
 #pragma once
 
-#include <functional>
-
 #include "link/MechFamily.h"
+#include "link/MemoryUtilities.h"
 #include "link/ProgrammerLink.h"
 #include "mars/PromText.h"
 #include "mars/PromUtilitiesDisplay.h"
@@ -12,21 +11,18 @@ namespace vantor {
 /// The work of the PROM utilities window: reading the PROM in the socket and showing it beside the
 /// data that would be programmed. It is opened from the main window or from the limits window and
 /// goes back to where it came from.
-class PromUtilities {
+class PromUtilities final : public MemoryUtilities {
   public:
     PromUtilities(SessionState& state, ProgrammerLink& link, const Families& families,
                   ErrorReporter& errors, PromUtilitiesDisplay& display)
         : state_(state), link_(link), families_(families), errors_(errors), display_(display) {}
 
-    // The other windows. `fromLimits` says which of the two opened this one.
-    std::function<void(bool fromLimits)> leave;   ///< hides it and disables the utilities buttons
-    std::function<void(bool fromLimits)> goBack;  ///< enables the buttons and shows it again
-
-    /// From the main window, the box checked and maker and model chosen: reads the PROM as a 1K
-    /// one, opens the window and shows what was read. The images of an earlier session are gone.
-    void openFromMain();
-    /// From the limits window: opens with the session's PROM size; nothing is read yet.
-    void openFromLimits();
+    [[nodiscard]] std::string_view maker() const override { return kMars; }
+    /// Reads the PROM as a 1K one, opens the window and shows what was read. The images of an
+    /// earlier session are gone.
+    void openFromMain() override;
+    /// Opens with the session's PROM size; nothing is read yet.
+    void openFromLimits() override;
 
     // --- buttons and choices
     void chooseSize();
