@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include <array>
+#include <stdexcept>
 
 #include "app/ConfigPanel.h"
 #include "app/MainActions.h"
@@ -10,6 +11,9 @@
 #include "app/frmMain.h"
 #include "app/frmOpening.h"
 #include "catalogue/ErrorReporter.h"
+#include "cc/CcFamily.h"
+#include "cc/EepromUtilities.h"
+#include "cc/frmEEPROMdata.h"
 #include "limits/LimitsReview.h"
 #include "limits/frmPROM.h"
 #include "link/MechCheck.h"
@@ -32,6 +36,7 @@ namespace {
 
 constexpr int kReceptionError = 809;
 constexpr int kLimitsTestError = 1221;
+constexpr const char* kNoSession = " - the mech does not answer: press Cancel Operation";
 
 }  // namespace
 
@@ -48,6 +53,7 @@ struct Program::Impl {
           sounds(state, platform.sounds, errors),
           programming(state),
           mars(state, link, platform.prompts, errors, programming),
+          coinControls(state, link, check, platform.prompts, errors, programming, receiver.sinks),
           measureWindow(state, actions, families, errors),
           limitsWindow(state, actions, errors),
           limits(state, link, families, platform.prompts, errors, limitsWindow),
@@ -61,6 +67,8 @@ struct Program::Impl {
                    .limitsDisplay = limitsWindow}),
           promWindow(state, actions),
           promUtilities(state, link, families, errors, promWindow),
+          eepromWindow(state, actions),
+          eepromUtilities(state, link, errors, coinControls, eepromWindow),
           main(state, actions),
           opening(actions),
           config(state, platform.prompts, errors, main),
@@ -97,6 +105,7 @@ struct Program::Impl {
                    .mainActions = mainActions}) {
         state.app.folder = std::move(folder);
         families.add(mars);
+        families.add(coinControls);
         platform.prompts.setEnding([this] { return state.link.ending; });
         link.setEndedHandler(
             [this] { actions.runThrough(kReceptionError, [] { throw ProgramEnded{}; }); });
@@ -123,18 +132,34 @@ struct Program::Impl {
             measureWindow.openWindow();
             main.hide();
         };
-        connectPromUtilities();
+        connectMemoryUtilities();
         testWindow.setTest(test);
         testWindow.setMiddle(main);
         mainActions.openValidatorTest = [this](int error) { test.openFromMain(error); };
         limitsWindow.validatorTest = [this] { test.openFromLimits(kLimitsTestError); };
     }
 
-    void connectPromUtilities() {
+    void connectMemoryUtilities() {
         promWindow.setUtilities(promUtilities);
-        mainActions.openPromUtilities = [this] { promUtilities.openFromMain(); };
-        limitsWindow.utilities = [this] { promUtilities.openFromLimits(); };
-        promUtilities.leave = [this](bool fromLimits) {
+        eepromWindow.setUtilities(eepromUtilities);
+        mainActions.openMemoryUtilities = [this] { memoryUtilities().openFromMain(); };
+        limitsWindow.utilities = [this] { memoryUtilities().openFromLimits(); };
+        for (MemoryUtilities* utilities : allUtilities()) connectCallers(*utilities);
+    }
+
+    [[nodiscard]] std::array<MemoryUtilities*, 2> allUtilities() {
+        return {&promUtilities, &eepromUtilities};
+    }
+    /// Of the selected maker.
+    [[nodiscard]] MemoryUtilities& memoryUtilities() {
+        for (MemoryUtilities* utilities : allUtilities()) {
+            if (utilities->maker() == state.mech.manufacturer) return *utilities;
+        }
+        throw std::logic_error("No memory utilities for maker " + state.mech.manufacturer);
+    }
+
+    void connectCallers(MemoryUtilities& utilities) {
+        utilities.leave = [this](bool fromLimits) {
             mainActions.enableUtilities(false);
             limitsWindow.enableUtilities(false);
             if (fromLimits) {
@@ -143,7 +168,7 @@ struct Program::Impl {
                 main.hide();
             }
         };
-        promUtilities.goBack = [this](bool fromLimits) {
+        utilities.goBack = [this](bool fromLimits) {
             mainActions.enableUtilities(true);
             limitsWindow.enableUtilities(true);
             if (fromLimits) {
@@ -163,12 +188,17 @@ struct Program::Impl {
         sinks.marsMeasurement = [this](std::string_view line) { measure.loadMeasurement(line); };
         sinks.logReading = [this] { measure.logReading(); };
         sinks.reading = [this] { measure.updateStats(0); };
+        sinks.requestCoinData = [this] { coinControls.coinData().requestCcCoinData(); };
+        coinControls.coinData().sessionOpened = [this](bool open) {
+            measureWindow.showItem(state.item.itemCode,
+                                   state.item.itemDescription + (open ? "" : kNoSession));
+        };
         sinks.makeSound = [this](int kind) { sounds.makeSound(kind); };
     }
 
-    [[nodiscard]] std::array<QWidget*, 7> windows() {
+    [[nodiscard]] std::array<QWidget*, 8> windows() {
         return {&main,        &opening,    &measureWindow, &limitsWindow,
-                &programming, &promWindow, &testWindow};
+                &programming, &promWindow, &testWindow,    &eepromWindow};
     }
 
     // Nothing of the program's own is on the stack any more.
@@ -199,12 +229,15 @@ struct Program::Impl {
     Sounds sounds;
     FrmProgramming programming;
     MarsFamily mars;
+    CcFamily coinControls;
     FrmCoinMeasure1 measureWindow;
     FrmPROM limitsWindow;
     LimitsReview limits;
     MeasureFlows measure;
     FrmPROMdata promWindow;
     PromUtilities promUtilities;
+    FrmEEPROMdata eepromWindow;
+    EepromUtilities eepromUtilities;
     FrmMain main;
     FrmOpening opening;
     ConfigPanel config;
