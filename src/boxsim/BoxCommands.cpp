@@ -53,6 +53,8 @@ Outcome BoxCommands::run(std::string_view command, const SimulatedMech* mech) {
     }
     switch (first) {
         case 'C':
+            codedOutputs_ = binaryOffered_ && command == "C00";
+            return kSilence;
         case '#':
             return kSilence;
         case '$': {
@@ -83,6 +85,8 @@ Outcome BoxCommands::runLetter(char letter, const SimulatedMech* mech) {
         case 'O':
         case 'V':
             testing_ = letter != 'M';
+            binaryOffered_ = false;
+            codedOutputs_ = false;
             return kSilence;
         case 'N':
         case 'I':
@@ -99,7 +103,8 @@ Outcome BoxCommands::runLetter(char letter, const SimulatedMech* mech) {
         }
         case '*': {
             const bool mechOffers = mech != nullptr && mech->offersBinaryOutput();
-            return binaryOutput_.value_or(mechOffers) ? answer("D") : kSilence;
+            binaryOffered_ = binaryOutput_.value_or(mechOffers);
+            return binaryOffered_ ? answer("D") : kSilence;
         }
         default:
             return kUnknown;

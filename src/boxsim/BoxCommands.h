@@ -35,6 +35,8 @@ class BoxCommands {
     [[nodiscard]] bool coinDataOn() const { return coinDataOn_; }
     /// The validator is being tested: coins are reported as what the mech makes of them.
     [[nodiscard]] bool testing() const { return testing_; }
+    /// The outputs drive a code: a coin is reported as its pattern.
+    [[nodiscard]] bool codedOutputs() const { return codedOutputs_; }
 
   private:
     [[nodiscard]] std::string statusLine(const SimulatedMech* mech) const;
@@ -50,6 +52,8 @@ class BoxCommands {
     std::optional<bool> binaryOutput_;  ///< set on the bench; else the mech decides
     bool coinDataOn_ = false;
     bool testing_ = false;
+    bool binaryOffered_ = false;  ///< by the last "*" of this test mode
+    bool codedOutputs_ = false;
     bool readArmed_ = false;  ///< "E" has come: "A" or "K" reads
 };
 

@@ -1,5 +1,7 @@
 #include "boxsim/NriMech.h"
 
+#include <algorithm>
+
 #include "boxsim/FaultInjector.h"
 #include "boxsim/Wire.h"
 
@@ -26,7 +28,8 @@ NriMech::NriMech(const MechModel& model, MechLine& line)
       variant_(nriVariant(model.code)),
       interface_(voice()),
       ownMode_(variant_.mode),
-      identity_(variant_.identity) {
+      identity_(variant_.identity),
+      hasVariants_(model.g40Variants) {
     for (const FactoryBlock& made : variant_.factory) setBlock(made.number, made.text);
 }
 
@@ -166,6 +169,12 @@ bool NriMech::setOption(std::string_view name, std::string_view value) {
             if (value == mode) ownMode_ = mode;
         }
         return value == ownMode_;
+    }
+    if (name == "variant" && hasVariants_) {
+        const auto found = std::ranges::find(kG40Variants, value, &G40Variant::code);
+        if (found == kG40Variants.end()) return false;
+        wireTubes(!found->letterOrder);
+        return true;
     }
     if (value.empty()) return false;
     if (name == "identity") {

@@ -24,7 +24,8 @@ class NriMech : public SerialMech {
     /// 28 lines, number and quoted text.
     [[nodiscard]] std::string savedMemory() const override;
     /// "mode" $01|$05|$23|$25: the mode command under which it hears; "identity" TEXT: its answer
-    /// to "I"; "interface" TEXT: the version of the box's interface ("I1.2").
+    /// to "I"; "interface" TEXT: the version of the box's interface ("I1.2");
+    /// "variant" G40-x0xx and so on, of a mech that has variants.
     bool setOption(std::string_view name, std::string_view value) override;
 
   protected:
@@ -68,6 +69,7 @@ class NriMech : public SerialMech {
     EchoTerminal interface_;
     std::string ownMode_;
     std::string identity_;
+    bool hasVariants_;
     bool barred_ = false;  ///< a fault keeps it silent until serial mode is left
     bool coinAsked_ = false;
     bool measuring_ = false;  ///< "T" was given since serial mode was entered

@@ -18,6 +18,13 @@ void SerialMech::commandSeen(std::string_view command) {
     if (command.starts_with('C')) select_ = command;
 }
 
+char SerialMech::coinLetter(int channel) const {
+    constexpr std::string_view kTubeLetters = "ADBC";
+    const auto index = static_cast<std::size_t>(channel);
+    if (tubeOrder_ && index < kTubeLetters.size()) return kTubeLetters[index];
+    return SimulatedMech::coinLetter(channel);
+}
+
 void SerialMech::serialOpened(std::string_view modeCommand) {
     mode_ = modeCommand;
 }

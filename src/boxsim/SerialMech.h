@@ -20,13 +20,20 @@ class SerialMech : public SimulatedMech {
                                                   Random& random) const override;
     [[nodiscard]] bool offersBinaryOutput() const override { return binaryOutput_; }
     void commandSeen(std::string_view command) override;
+    [[nodiscard]] char coinLetter(int channel) const override;
     void serialOpened(std::string_view modeCommand) override;
     void serialClosed() override;
 
   protected:
     SerialMech(const MechModel& model, MechLine& line, std::span<const Sensor> sensors)
-        : line_(line), voice_(line), sensors_(sensors), binaryOutput_(model.binaryOutput) {}
+        : line_(line),
+          voice_(line),
+          sensors_(sensors),
+          binaryOutput_(model.binaryOutput),
+          tubeOrder_(model.tubeOrder) {}
 
+    /// The tubes behind channels 1 to 3 (0-based) are wired one further on.
+    void wireTubes(bool wired) { tubeOrder_ = wired; }
     /// The last "C" command was this one.
     [[nodiscard]] bool selectedBy(std::string_view command) const { return select_ == command; }
     /// Serial mode is on, by this command.
@@ -41,6 +48,7 @@ class SerialMech : public SimulatedMech {
     MechVoice voice_;
     std::span<const Sensor> sensors_;
     bool binaryOutput_;
+    bool tubeOrder_;
     std::string select_;
     std::string mode_;  ///< empty outside serial mode
 };

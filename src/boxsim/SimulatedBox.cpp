@@ -244,7 +244,14 @@ void SimulatedBox::Impl::coinPassed(const CoinReading& reading) {
 
 std::vector<std::string> SimulatedBox::Impl::testLines(const CoinReading& reading) const {
     const auto channel = mech->channelFor(reading, socket.cells());
-    return {std::string("V ") + (channel ? static_cast<char>('A' + *channel) : 'R')};
+    if (!channel) return {"V R"};
+    if (commands.codedOutputs()) {
+        return {std::string("V X") + hexDigit(*channel >> 4) + hexDigit(*channel)};
+    }
+    // One by one the outputs are nine at most.
+    constexpr int kOutputs = 9;
+    if (*channel >= kOutputs) return {};
+    return {std::string("V ") + mech->coinLetter(*channel)};
 }
 
 void SimulatedBox::Impl::dropOne(const std::string& coin) {

@@ -66,6 +66,10 @@ class SimulatedMech {
         (void)prom;
         return std::nullopt;
     }
+    /// The letter with which the box reports a coin of that channel.
+    [[nodiscard]] virtual char coinLetter(int channel) const {
+        return static_cast<char>('A' + channel);
+    }
 
     // --- serial mode
     /// The box has entered serial mode with `modeCommand` ("$05").
