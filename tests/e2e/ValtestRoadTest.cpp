@@ -7,12 +7,13 @@ namespace {
 /// The validator test through the windows, on the simulated box.
 class ValtestRoad : public ProgramTest {
   protected:
-    void openMain(const std::string& model) {
-        box.plugValidator(kMars, model);
+    void openMain(const std::string& model, std::string_view maker = kMars,
+                  const std::string& list = "cmbMarsMech") {
+        box.plugValidator(maker, model);
         writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
         run();
         ASSERT_TRUE(visible("frmMain"));
-        choose("frmMain.cmbMarsMech", model);
+        choose("frmMain." + list, model);
     }
     void drop(const std::string& coin) {
         letTheLineClear();
@@ -105,6 +106,42 @@ TEST_F(ValtestRoad, NothingOvertakesThePauseAfterAnMe181sCoin) {
     EXPECT_TRUE(program->idle());
     click("frmValtest.cmdBack");
     EXPECT_TRUE(visible("frmMain"));
+}
+
+TEST_F(ValtestRoad, ACoinControlsMechDrivesItsOutputsOneByOneOrAsACode) {
+    openMain("435", kCoinControls, "cmbCCmech");
+    click("frmMain.cmdCCValTest");
+    ASSERT_TRUE(visible("frmValtest"));
+    EXPECT_TRUE(visible("frmValtest.frmOptions"));
+    EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
+    drop("50 Pell");
+    EXPECT_EQ(count(3), " 1");
+
+    click("frmValtest.optBinary");
+    EXPECT_TRUE(technician.saw("|Remove Programming Loom"));
+    EXPECT_EQ(label("frmValtest.lblCoin_15"), "Coin 16");
+    EXPECT_EQ(count(3), " 0");
+    drop("50 Pell");
+    EXPECT_EQ(colour(3), "#00ff00");
+    EXPECT_EQ(count(3), " 1");
+    click("frmValtest.optSingle");
+    drop("50 Pell");
+    EXPECT_EQ(count(3), " 1");
+    EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
+    click("frmValtest.cmdBack");
+    EXPECT_TRUE(enabled("frmMain.cmdCCValTest"));
+}
+
+TEST_F(ValtestRoad, TheTubesOfA450StandInTheirOrder) {
+    openMain("450", kCoinControls, "cmbCCmech");
+    click("frmMain.cmdCCValTest");
+    ASSERT_TRUE(visible("frmValtest"));
+    int position = 0;
+    for (const char* coin : {"5 Pell", "10 Pell", "20 Pell", "50 Pell"}) {
+        drop(coin);
+        EXPECT_EQ(count(position), " 1") << coin;
+        ++position;
+    }
 }
 
 TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {
