@@ -153,9 +153,33 @@ struct CoinsetData {
 struct NriNewData {
     Ranged<int, 1, kChannels> newCoinValue;  ///< also the ME181's ChannelValue: its first twelve
     int valueMultiplier = 1;
+    bool valuesPresent = false;  ///< the coinset gave coin values and multiplier
     Ranged<int, 0, 5> compensation;
     std::array<std::string, 2> routeText;
     std::string parameterString;  ///< as the coinset gave it; decoded by the family
+};
+
+/// What the memory of an NRI mech means. A model uses only some of the groups.
+struct NriFields {
+    Ranged<Ranged<int, 1, kLimitColumns>, 1, kChannels> limits;  ///< columns as ChannelLimits
+    Ranged<int, 1, kChannels> coinValues;   ///< 13..16: the tube values of the G10 models
+    int valueMultiplier = 1;                ///< as stored; its low 6 bits count, 0 counts as 1
+    Ranged<int, 1, kChannels> outputCodes;  ///< one byte each
+    Ranged<int, 1, kChannels> outputs;      ///< output number 0..6 plus the flag bits 64 and 128
+    Ranged<Ranged<int, 1, kMaxParameters>, 1, kChannels> parameterMap;  ///< 0..15, parameter from 1
+    Ranged<int, 0, 5> compensation;                                     ///< bytes
+    bool compensationPresent = false;      ///< the compensation is to be written
+    std::string date;                      ///< six hexadecimal digits: day, month, year - 2000
+    std::string header;                    ///< sent back as it was read
+    std::array<std::string, 2> routeText;  ///< as on the wire
+};
+
+/// nri/: the memory of an NRI mech.
+struct NriImage {
+    Ranged<std::string, 1, 28> blocks;  ///< as received, or as a data file gave them
+    NriFields old;                      ///< of the last read
+    NriFields carryOver;  ///< of the read for the take-over: the mech before it was programmed
+    NriFields next;       ///< to be programmed, beside the channel limits
 };
 
 /// The coins that feed a channel, by CoinTable row.
@@ -228,6 +252,7 @@ struct SessionState {
     CoinTable coinTable;      // measure/
     CoinsetData coinset;      // measure/
     NriNewData nriNew;        // measure/, used by nri/ and mars/ (ME181 values)
+    NriImage nri;             // nri/
     LimitsState limits;       // limits/
     ImagesState images;       // mars/, cc/
     PromState prom;           // mars/

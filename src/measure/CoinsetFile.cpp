@@ -144,6 +144,7 @@ void storeCoinValues(std::string_view line, NriNewData& nri) {
     fields.next();
     for (int i = 1; i <= kRecordValues; ++i) nri.newCoinValue[i] = nextInteger(fields);
     nri.valueMultiplier = nextInteger(fields);
+    nri.valuesPresent = true;
 }
 
 void storeFamilyData(std::string_view line, CoinsetData& coinset, NriNewData& nri) {
