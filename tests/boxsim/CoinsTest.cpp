@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <map>
 #include <set>
-#include <sstream>
 
 #include "BoxBench.h"
+#include "SampleText.h"
 #include "boxsim/Coins.h"
 #include "boxsim/MarsMech.h"
 #include "catalogue/MechCatalogue.h"
@@ -12,21 +12,6 @@
 
 namespace vantor::boxsim::test {
 namespace {
-
-std::vector<std::string> split(const std::string& line, char separator) {
-    std::vector<std::string> parts(1);
-    bool inQuotes = false;
-    for (const char c : line) {
-        if (c == '"') {
-            inQuotes = !inQuotes;
-        } else if (c == separator && !inQuotes) {
-            parts.emplace_back();
-        } else {
-            parts.back() += c;
-        }
-    }
-    return parts;
-}
 
 bool meantToBeAlike(std::string_view a, std::string_view b) {
     const std::set<std::string_view> pair = {a, b};
@@ -85,19 +70,11 @@ TEST(Coins, DrawsFollowTheirPopulation) {
 /// One sample file against the bench it is meant for.
 class SampleFile {
   public:
-    explicit SampleFile(const std::filesystem::path& path) : name_(path.filename().string()) {
-        const auto text = readFile(path);
-        std::istringstream stream(text.value_or(""));
-        for (std::string line; std::getline(stream, line);) lines_.push_back(line);
-        EXPECT_TRUE(text && text->ends_with("\r\n")) << name_;
-    }
+    explicit SampleFile(const std::filesystem::path& path)
+        : name_(path.filename().string()), lines_(sampleLines(path)) {}
 
     void check(std::map<std::string, int>& recordCounts, std::set<std::string>& models) {
         ASSERT_GT(lines_.size(), 3U) << name_;
-        for (std::string& line : lines_) {
-            ASSERT_TRUE(line.ends_with('\r')) << name_ << ": " << line;
-            line.pop_back();
-        }
         checkHeader(models);
         for (std::size_t i = 2; i < lines_.size(); ++i) {
             checkRecord(split(lines_[i], ','));
@@ -162,15 +139,13 @@ class SampleFile {
 };
 
 TEST(CoinSets, RunOnTheCoinsOfTheBench) {
-    const std::filesystem::path folder =
-        std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets";
     std::map<std::string, int> records;
     std::set<std::string> models;
     bool generic = false;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(sampleFolder("CoinSets"))) {
         if (entry.path().extension() != ".cst") continue;
         generic = generic || entry.path().filename().string().starts_with("QZ");
-        // Other makers' samples have benches of their own.
+        // The others have serial mechs and a test of their own.
         if (const auto text = readFile(entry.path()); text && !text->starts_with("Mars.")) continue;
         SampleFile(entry.path()).check(records, models);
     }
