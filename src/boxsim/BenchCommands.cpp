@@ -24,7 +24,6 @@ constexpr int kMostDrops = 1000;
 constexpr int kLongestPause = 600'000;  // ms
 constexpr std::size_t kVersionLength = 5;
 constexpr std::size_t kMostSensors = 16;
-constexpr std::size_t kCellsPerLine = 8;
 
 BenchResult wrong(std::string why) {
     return {.error = std::move(why), .reply = {}};
@@ -290,17 +289,7 @@ std::vector<MemoryCell> mechCells(SimulatedBox& box, std::string& error) {
 BenchResult showMemory(SimulatedBox& box, Words) {
     std::string error;
     const auto cells = mechCells(box, error);
-    if (cells.empty()) return wrong(error);
-    // Words stand eight to a line behind the number of the first, blocks one to a line.
-    const bool blocks = cells.front().number != 0;
-    std::string text;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (blocks || i % kCellsPerLine == 0) {
-            text += (i == 0 ? "" : "\n") + std::to_string(cells[i].number) + ':';
-        }
-        text += ' ' + cells[i].content;
-    }
-    return shows(text);
+    return cells.empty() ? wrong(error) : shows(memoryText(cells));
 }
 
 BenchResult saveMemory(SimulatedBox& box, Words words) {

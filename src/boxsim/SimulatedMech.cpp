@@ -41,6 +41,19 @@ constexpr std::array kFamilies = {
 
 }  // namespace
 
+std::string memoryText(std::span<const MemoryCell> cells) {
+    constexpr std::size_t kWordsPerLine = 8;
+    const bool blocks = !cells.empty() && cells.front().number != 0;
+    std::string text;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (blocks || i % kWordsPerLine == 0) {
+            text += (i == 0 ? "" : "\n") + std::to_string(cells[i].number) + ':';
+        }
+        text += ' ' + cells[i].content;
+    }
+    return text;
+}
+
 std::unique_ptr<SimulatedMech> makeMech(std::string_view maker, std::string_view model,
                                         MechLine& line) {
     // The catalogue's own search takes any code for a Mars mech; a bench holds known models only.

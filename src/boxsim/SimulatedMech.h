@@ -108,6 +108,9 @@ class SimulatedMech {
     }
 };
 
+/// Words eight to a line behind the number of the first, blocks one to a line.
+[[nodiscard]] std::string memoryText(std::span<const MemoryCell> cells);
+
 /// The mech of a catalogue model; nullptr when the maker's catalogue has no such model.
 [[nodiscard]] std::unique_ptr<SimulatedMech> makeMech(std::string_view maker,
                                                       std::string_view model, MechLine& line);

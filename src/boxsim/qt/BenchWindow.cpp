@@ -17,6 +17,7 @@
 #include <QSpinBox>
 #include <algorithm>
 
+#include "boxsim/SimulatedMech.h"
 #include "catalogue/MechCatalogue.h"
 
 namespace vantor::boxsim {
@@ -250,9 +251,12 @@ QGroupBox* BenchWindow::makeTrafficGroup() {
     auto* group = named(new QGroupBox(tr("Instruments")), "frmInstruments");
     auto* layout = new QVBoxLayout(group);
     cells_ = instrument("txtPromCells");
+    memory_ = instrument("txtMemory");
     traffic_ = instrument("txtTraffic");
     layout->addWidget(new QLabel(tr("PROM contents")));
     layout->addWidget(cells_, 1);
+    layout->addWidget(new QLabel(tr("Memory of the validator")));
+    layout->addWidget(memory_, 1);
     layout->addWidget(new QLabel(tr("Traffic")));
     layout->addWidget(traffic_, 1);
     layout->addLayout(
@@ -315,6 +319,7 @@ void BenchWindow::hideEvent(QHideEvent* event) {
 void BenchWindow::refresh() {
     refreshMech();
     refreshProm();
+    refreshMemory();
     refreshTraffic();
     for (int number = 1; number <= 2; ++number) {
         switches_.at(static_cast<std::size_t>(number - 1))->setChecked(box_.switchOn(number));
@@ -346,6 +351,14 @@ void BenchWindow::refreshProm() {
     const QString kind = shownKind_ == PromKind::e1 ? tr("Vantor E+1") : tr("Bipolar");
     prom_->setText(none ? tr("The socket is empty") : tr("Inserted: %1 %2").arg(kind, size));
     cells_->setPlainText(fromUtf8(hexDump(cells)));
+}
+
+void BenchWindow::refreshMemory() {
+    const SimulatedMech* mech = box_.mech();
+    const std::string text = mech == nullptr ? std::string() : memoryText(mech->memory());
+    if (text == shownMemory_) return;
+    shownMemory_ = text;
+    memory_->setPlainText(fromUtf8(text));
 }
 
 void BenchWindow::refreshTraffic() {

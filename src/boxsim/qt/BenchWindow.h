@@ -56,6 +56,7 @@ class BenchWindow final : public QWidget {
     void refresh();
     void refreshMech();
     void refreshProm();
+    void refreshMemory();
     void refreshTraffic();
 
     SimulatedBox& box_;
@@ -69,6 +70,7 @@ class BenchWindow final : public QWidget {
     QLabel* prom_ = nullptr;
     std::array<QCheckBox*, 2> switches_{};
     QPlainTextEdit* cells_ = nullptr;
+    QPlainTextEdit* memory_ = nullptr;
     QComboBox* coins_ = nullptr;
     QSpinBox *count_ = nullptr, *every_ = nullptr;
     std::array<QSpinBox*, 3> raw_{};
@@ -81,6 +83,7 @@ class BenchWindow final : public QWidget {
 
     std::string shownMech_ = "?";
     std::vector<std::uint8_t> shownCells_;
+    std::string shownMemory_;
     PromKind shownKind_ = PromKind::none;
     bool promShown_ = false;
     Micros shownUntil_{-2};
