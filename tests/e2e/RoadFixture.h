@@ -13,15 +13,16 @@ namespace vantor::test {
 /// The program behind its main window, and a technician at the bench.
 class Road : public ProgramTest {
   protected:
-    void openMain(const std::string& model) {
-        box.plugValidator(kMars, model);
+    void openMain(const std::string& model, std::string_view maker = kMars) {
+        box.plugValidator(maker, model);
         writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
         run();
         ASSERT_TRUE(visible("frmMain"));
-        choose("frmMain.cmbMarsMech", model);
+        choose(maker == kMars ? "frmMain.cmbMarsMech" : "frmMain.cmbCCmech", model);
+        programButton_ = maker == kMars ? "frmMain.cmdMars" : "frmMain.cmdCCprog";
     }
     void openMeasurement() {
-        click("frmMain.cmdMars");
+        click(programButton_);
         ASSERT_TRUE(visible("frmCoinMeasure1"))
             << (technician.seen.empty() ? "" : technician.seen.back());
     }
@@ -35,6 +36,9 @@ class Road : public ProgramTest {
     }
 
     Technician technician{loop, box};
+
+  private:
+    std::string programButton_;
 };
 
 }  // namespace vantor::test

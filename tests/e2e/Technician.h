@@ -32,6 +32,8 @@ class Technician {
     int promWords = 512;
     std::filesystem::path coinset;
     std::filesystem::path log;
+    /// The memory file that is opened or saved.
+    std::filesystem::path memoryFile;
     /// Cells of the PROM that is inserted when the old one is asked for.
     std::vector<std::uint8_t> oldProm;
 
@@ -77,8 +79,11 @@ class Technician {
     }
 
     void chooseFile(QFileDialog& dialog) {
-        const auto& file = dialog.acceptMode() == QFileDialog::AcceptSave ? log : coinset;
-        seen.push_back(dialog.windowTitle().toStdString() + "|" + file.string());
+        const std::string title = dialog.windowTitle().toStdString();
+        const auto& file = title == "Open File" || title == "File Save"     ? memoryFile
+                           : dialog.acceptMode() == QFileDialog::AcceptSave ? log
+                                                                            : coinset;
+        seen.push_back(title + "|" + file.string());
         if (file.empty()) {
             dialog.reject();
             return;
@@ -129,9 +134,10 @@ class Technician {
         box_.setSwitch(2, two);
     }
 
-    /// One coin after the other, as long as the box reports them and the window asks for more.
+    /// One coin after the other, as long as somebody hears them and the window asks for more.
     void dropWhileAsked() {
-        if (!box_.coinDataOn() || item_.empty() || loop_.now() < nextDrop_) return;
+        const bool heard = box_.coinDataOn() || box_.inSerialMode();
+        if (!heard || item_.empty() || loop_.now() < nextDrop_) return;
         if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
         EXPECT_TRUE(box_.drop(item_)) << item_;
         nextDrop_ = loop_.now() + std::chrono::milliseconds(300);
