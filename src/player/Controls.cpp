@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <map>
 
+#include "catalogue/Text.h"
+
 namespace vantor::player {
 
 namespace {
@@ -59,6 +61,14 @@ bool isOwnControl(const QWidget* child, const QWidget* window) {
     if (qobject_cast<const QTabBar*>(child->parentWidget())) return false;
     return !name.isEmpty() && !name.startsWith(QLatin1String("qt_")) && !child->isWindow() &&
            child->window() == window;
+}
+
+/// Which entry "#2" means, from 0; no entry at all is -1. A script that is played in several
+/// languages cannot know the entries' texts.
+int placeOf(std::string_view entry, int count) {
+    if (!entry.starts_with('#')) return -1;
+    const auto place = decimalValue(entry.substr(1));
+    return place && *place >= 1 && *place <= count ? *place - 1 : -1;
 }
 
 /// A box that keeps the technician's hands off a window.
@@ -227,7 +237,8 @@ Problem choose(QWidget* widget, std::string_view entry, const Accepted& accepted
     auto* list = qobject_cast<QComboBox*>(widget);
     if (!list) return "it is no list";
     if (Problem problem = refusal(widget); !problem.empty()) return problem;
-    const int index = list->findText(fromScript(entry), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    int index = list->findText(fromScript(entry), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index < 0) index = placeOf(entry, list->count());
     if (index < 0) {
         std::vector<QString> entries;
         for (int i = 0; i < list->count(); ++i) entries.push_back(list->itemText(i));

@@ -137,6 +137,8 @@ TEST_F(PlayerTest, UsesEveryKindOfControl) {
     EXPECT_EQ(play(R"(
 choose frmTiny.cmbMech ME181
 expect frmTiny.lblState ME181
+choose frmTiny.cmbMech "#2"
+expect frmTiny.lblState ME111
 type frmTiny.txtProm_10 "12 ab"
 expect frmTiny.txtProm_10 "12 ab"
 type frmTiny.txtProm_10 ""
@@ -207,6 +209,8 @@ TEST_F(PlayerTest, EndsAtWhatCannotBeDone) {
         {"click frmTiny.cmdNone", "the window frmTiny has no control cmdNone"},
         {"click frmTiny.lblState", "it is nothing that can be clicked"},
         {"choose frmTiny.cmbMech ME1",
+         "it has no such entry, only \"ME110\", \"ME111\", \"ME181\""},
+        {"choose frmTiny.cmbMech '#4'",
          "it has no such entry, only \"ME110\", \"ME111\", \"ME181\""},
         {"tab frmTiny.tabMaker NRI", "it has no such tab, only \"Mars\", \"Coin & Controls\""},
         {"type frmTiny.txtProm_10 5", "it is read-only"},

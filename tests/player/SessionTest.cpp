@@ -93,6 +93,11 @@ TEST_F(SessionTest, TheDemoOfTheValidatorTestPlays) {
     EXPECT_TRUE(fs::exists("validator-test-rejected.png"));
 }
 
+TEST_F(SessionTest, TheDemoOfThePromUtilitiesPlays) {
+    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/prom-utilities.vps"), kAllHeld) << out.str();
+    EXPECT_TRUE(fs::exists("prom-utilities-05-values.png"));
+}
+
 TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME181"), kNotAsExpected);
