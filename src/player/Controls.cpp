@@ -67,8 +67,8 @@ bool isOwnControl(const QWidget* child, const QWidget* window) {
 /// languages cannot know the entries' texts.
 int placeOf(std::string_view entry, int count) {
     if (!entry.starts_with('#')) return -1;
-    const auto place = decimalValue(entry.substr(1));
-    return place && *place >= 1 && *place <= count ? *place - 1 : -1;
+    const int place = lenientInteger(entry.substr(1));
+    return place >= 1 && place <= count ? place - 1 : -1;
 }
 
 /// A box that keeps the technician's hands off a window.

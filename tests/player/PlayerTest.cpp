@@ -159,7 +159,7 @@ expect-visible frmTiny no
               0)
         << output;
     EXPECT_EQ(benched, "drop A coin 3 ");
-    EXPECT_TRUE(printed("5: expect frmTiny.txtProm_10 \"12 ab\"  -> ok")) << output;
+    EXPECT_TRUE(printed("7: expect frmTiny.txtProm_10 \"12 ab\"  -> ok")) << output;
 }
 
 TEST_F(PlayerTest, ReadsTheColourThatTheProgramGave) {
