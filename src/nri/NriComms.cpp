@@ -138,7 +138,7 @@ bool NriComms::identifyNriMech() {
     const bool known =
         box.linesComplete && !box.replyText.empty() &&
         std::ranges::find(wanted.answers, std::string_view(box.replyText)) != wanted.answers.end();
-    if (known && mechAnswered) mechAnswered();
+    if (known) state_.box.mechPresent = true;
     return known;
 }
 

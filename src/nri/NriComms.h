@@ -27,9 +27,6 @@ class NriComms {
           errors_(errors),
           probe_(std::move(probe)) {}
 
-    /// Told whenever the mech has identified itself.
-    std::function<void()> mechAnswered;
-
     /// Sends a command; a handshake mech gets the rest after it acknowledged the first letter, or
     /// after 500 ms without that.
     void nriSend(std::string_view text);
@@ -45,7 +42,7 @@ class NriComms {
     /// is not sent. Empty data is a failure and sends nothing.
     bool nriWrite(std::string_view command, std::string_view data);
 
-    /// True when the mech answers as the selected model does.
+    /// True, and `mechPresent`, when the mech answers as the selected model does.
     bool identifyNriMech();
     /// Serial mode and identification. On failure the box may be left in serial mode: whoever
     /// gives up leaves it (`settle`).

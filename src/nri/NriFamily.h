@@ -40,6 +40,7 @@ class NriFamily final : public MechFamily {
     /// The new fields are complete when the old memory has been taken over; the limits are encoded
     /// as they are sent.
     void rebuildImage() override {}
+    /// An NRI mech is not read back: true when every write was sent and none refused.
     bool programAndVerify() override;
 
     [[nodiscard]] NriComms& comms() { return comms_; }

@@ -56,8 +56,14 @@ int hexadecimal(std::string_view text, int position, int digits = 2) {
     return lenientInteger("&h" + std::string(field(text, position, digits)));
 }
 
-bool isHexadecimal(std::string_view text) {
-    return text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
+bool isDecimal(std::string_view text) {
+    return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Whole pairs of hexadecimal digits.
+bool isPairs(std::string_view text) {
+    return text.size() % 2 == 0 &&
+           text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
 }
 
 // --- steps
@@ -252,6 +258,13 @@ std::vector<NriReadStep> nriReadSteps(const NriShape& shape) {
     return shape.model.handshake ? handshakeSteps(shape) : plainSteps(shape);
 }
 
+bool nriBlockSound(const NriShape& shape, const NriReadStep& step, std::string_view text) {
+    const auto least = static_cast<std::size_t>(step.least);
+    if (text.size() < least) return false;
+    if (shape.model.handshake) return least == 0 || isPairs(text);
+    return step.lines == 1 || (text.size() == least && isDecimal(text));
+}
+
 NriFields decodeNriBlocks(const NriShape& shape, const NriBlockTexts& blocks) {
     NriFields fields;
     if (shape.model.handshake) {
@@ -278,19 +291,21 @@ int nriMaskByte(int output) {
 
 std::optional<std::array<int, kMaxParameters>> nriReading(
     const NriShape& shape, std::string_view answer, const Ranged<int, 1, kMaxParameters>* map) {
+    const bool handshake = shape.model.handshake;
+    const auto plainLength = static_cast<std::size_t>(kPlainDigits * shape.parameters);
+    const bool whole =
+        handshake ? isPairs(answer) : answer.size() == plainLength && isDecimal(answer);
+    if (!whole) return std::nullopt;
     std::array<int, kMaxParameters> readings{};
     for (int p = 0; p < shape.parameters; ++p) {
         int& reading = readings.at(static_cast<std::size_t>(p));
-        if (!shape.model.handshake) {
-            const std::string_view digits = field(answer, kPlainDigits * p + 1, kPlainDigits);
-            if (digits.size() != kPlainDigits) return std::nullopt;
-            reading = lenientInteger(digits);
+        if (!handshake) {
+            reading = decimals(answer, kPlainDigits * p + 1, kPlainDigits);
             continue;
         }
         const int k = map != nullptr ? (*map)[p + 1] : p;
-        const std::string_view pair = field(answer, 2 * k + 1, 2);
-        if (pair.size() != 2 || !isHexadecimal(pair)) return std::nullopt;
-        reading = lenientInteger("&h" + std::string(pair));
+        if (field(answer, 2 * k + 1, 2).size() != 2) return std::nullopt;
+        reading = hexadecimal(answer, 2 * k + 1);
     }
     return readings;
 }

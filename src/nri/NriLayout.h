@@ -59,6 +59,10 @@ struct NriReadStep {
 };
 /// In the order in which they are sent.
 [[nodiscard]] std::vector<NriReadStep> nriReadSteps(const NriShape& shape);
+/// The text of a block is what the mech can have said: neither cut short nor, where the form
+/// shows it, with characters that were added or spoilt on the way.
+[[nodiscard]] bool nriBlockSound(const NriShape& shape, const NriReadStep& step,
+                                 std::string_view text);
 
 /// What the blocks mean. A field whose characters are missing is 0.
 [[nodiscard]] NriFields decodeNriBlocks(const NriShape& shape, const NriBlockTexts& blocks);
@@ -68,7 +72,7 @@ struct NriReadStep {
 [[nodiscard]] int nriMaskByte(int output);
 
 /// A measured coin. `map` is the coin's parameter map, nullptr for the order of the mech. Nothing
-/// when the answer lacks a reading.
+/// when the answer lacks a reading or was spoilt.
 [[nodiscard]] std::optional<std::array<int, kMaxParameters>> nriReading(
     const NriShape& shape, std::string_view answer, const Ranged<int, 1, kMaxParameters>* map);
 

@@ -70,7 +70,7 @@ std::string NriMemory::readBlocks() {
         std::string text = from < reply.size() ? reply.substr(from) : std::string();
         // What follows a block that stands inside its answer is none of it.
         if (step.from > 1) text.resize(std::min(text.size(), static_cast<std::size_t>(step.least)));
-        if (!answered || text.size() < static_cast<std::size_t>(step.least)) {
+        if (!answered || !nriBlockSound(of, step, text)) {
             missing += (missing.empty() ? "" : " ") + step.command;
         }
         state_.nri.blocks[step.block] = std::move(text);

@@ -19,7 +19,6 @@ constexpr int kFileMs = 500;
 /// What the progress of a plain file counts to, whatever the model's channels.
 constexpr int kPlainFileSteps = 7;
 
-constexpr std::size_t kPlainChannelText = 24;
 constexpr std::size_t kHalfChannelText = 12;
 constexpr std::size_t kRouteLength = 12;
 constexpr std::size_t kSecondRouteLength = 8;
@@ -185,7 +184,6 @@ std::optional<std::vector<NriWrite>> plainFileWrites(const NriShape& shape,
     };
     for (int channel = 1; channel <= c; ++channel) {
         const std::string& text = blocks[channel];
-        if (text.size() != kPlainChannelText) return std::nullopt;
         add("D",
             std::to_string(channel) + text.substr(0, kHalfChannelText) + kReturn +
                 text.substr(kHalfChannelText) + kReturn,
@@ -232,7 +230,7 @@ std::vector<NriWrite> nriWrites(const NriShape& shape, const ChannelLimitTable& 
 std::optional<std::vector<NriWrite>> nriFileWrites(const NriShape& shape,
                                                    const NriBlockTexts& blocks) {
     for (const NriReadStep& step : nriReadSteps(shape)) {
-        if (blocks[step.block].size() < static_cast<std::size_t>(step.least)) return std::nullopt;
+        if (!nriBlockSound(shape, step, blocks[step.block])) return std::nullopt;
     }
     return shape.model.handshake ? handshakeFileWrites(shape, blocks)
                                  : plainFileWrites(shape, blocks);

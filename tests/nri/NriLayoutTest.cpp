@@ -282,9 +282,13 @@ TEST(NriLayout, ReadingsNeedEveryCharacter) {
         return all;
     };
     EXPECT_EQ(text("G13-0000", "001022255120"), "1 22 255 120 ");
-    EXPECT_EQ(text("G13-0000", "00102225512"), "none");
+    for (const char* spoilt : {"00102225512", "0010222551200", "00102225512x"}) {
+        EXPECT_EQ(text("G13-0000", spoilt), "none") << spoilt;
+    }
     EXPECT_EQ(text("G18-3000", "0102FF0405A6"), "1 2 255 4 5 166 ");
-    EXPECT_EQ(text("G18-3000", "0102FF0405G6"), "none");
+    for (const char* spoilt : {"0102FF0405G6", "0102FF0405A", "0102FF0405A60"}) {
+        EXPECT_EQ(text("G18-3000", spoilt), "none") << spoilt;
+    }
     Ranged<int, 1, kMaxParameters> map;
     int at = 1;
     for (const int k : {4, 1, 2, 0, 5, 7}) map[at++] = k;
@@ -308,7 +312,7 @@ TEST(NriFile, WritesTheBlocksThatTheModelHas) {
     EXPECT_EQ(commands("G18-3000", blocks), "Z00..Z19 26 15");
     EXPECT_EQ(commands("G10-4000/5", blocks), "Z00..Z14 21 15");
     EXPECT_EQ(commands("G18-0000", blocks), "refused") << "channels of 24 characters";
-    for (const std::string wrong : {"", "ABC", "ABCD"}) {
+    for (const std::string wrong : {"", "ABC", "ABCD", "ABCDEFABCDEFABCDEFABCDEX"}) {
         blocks[4] = wrong;
         EXPECT_EQ(commands("G13-6000", blocks), "refused") << wrong;
     }

@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "ScriptedPrompts.h"
+#include "boxsim/Fault.h"
+#include "boxsim/SimulatedBox.h"
+#include "boxsim/SimulatedMech.h"
+#include "nri/NriFamily.h"
+#include "platform/VirtualEventLoop.h"
+
+namespace vantor {
+namespace {
+
+using boxsim::Fault;
+
+class NoProgress final : public ProgressDisplay {
+  public:
+    void openProgress(const std::string&, const std::string&, bool) override { open = true; }
+    void showProgress(int) override {}
+    void showSegment(int) override {}
+    void closeProgress() override { open = false; }
+    bool open = false;
+};
+
+struct Today final : Calendar {
+    [[nodiscard]] Date today() const override { return {2026, 12, 31}; }
+};
+
+/// The NRI family against the simulated box, which knows none of its encoders.
+struct Bench {
+    VirtualEventLoop loop;
+    boxsim::SimulatedBox box{loop, 1};
+    boxsim::SimulatedPort port{loop, box};
+    test::ScriptedPrompts prompts;
+    SessionState state;
+    ErrorReporter errors{state.messages, prompts};
+    ProgrammerLink link{state, loop, port, prompts, errors};
+    Receiver receiver{state, link, prompts, errors};
+    Families families{state};
+    MechCheck check{state, link, families, prompts, errors};
+    NoProgress progress;
+    Today calendar;
+    NriFamily nri{state, link, check, prompts, errors, progress, calendar, receiver.sinks, {}};
+    std::filesystem::path folder;
+    int coins = 0;
+    static inline int made = 0;
+
+    explicit Bench(std::string_view model)
+        : folder(std::filesystem::temp_directory_path() /
+                 ("nri-box-" + std::to_string(::getpid()) + "-" + std::to_string(++made))) {
+        std::filesystem::create_directories(folder);
+        state.app.folder = folder;
+        link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
+        receiver.sinks.reading = [this] { ++coins; };
+        link.startTicks();
+        families.add(nri);
+        state.mech.manufacturer = kNri;
+        state.mech.mechType = model;
+        applyMechType(state.mech, state.messages);
+        EXPECT_TRUE(box.plugValidator(kNri, model));
+        link.startupPort();
+    }
+    ~Bench() { std::filesystem::remove_all(folder); }
+    Bench(const Bench&) = delete;
+    Bench& operator=(const Bench&) = delete;
+
+    /// As a coinset run ends: old memory, then limits of its own for two channels.
+    void prepare() {
+        for (int channel = 1; channel <= kChannels; ++channel) {
+            state.coinset.oldChannelSource[channel] = channel;
+        }
+        nri.readOldMemory();
+        for (const int channel : {2, 5}) {
+            for (int column = 1; column <= 2 * state.n(); ++column) {
+                state.limits.channelLimits[channel][column] = 20 * channel + column;
+            }
+            state.nri.next.coinValues[channel] = 5 * channel;
+        }
+    }
+    [[nodiscard]] std::string memory() {
+        std::string all;
+        for (const auto& cell : box.mech()->memory()) all += cell.content + "\n";
+        return all;
+    }
+};
+
+TEST(NriOnTheBox, EveryModelIsFoundReadMeasuredAndProgrammed) {
+    for (const std::string_view model : listedModels(kNri)) {
+        Bench bench(model);
+        EXPECT_TRUE(bench.check.checkMech(true)) << model;
+        bench.prepare();
+        ASSERT_TRUE(bench.state.images.oldMemoryRead) << model;
+        for (const auto& cell : bench.box.mech()->memory()) {
+            EXPECT_EQ(bench.state.nri.blocks[cell.number], cell.content) << model << cell.number;
+        }
+        bench.state.gather.coinsRemaining = 5;
+        bench.loop.callAfter(std::chrono::seconds(3), [&bench] {
+            EXPECT_TRUE(bench.box.drop(bench.box.coins().front(), 5, 1000));
+        });
+        bench.nri.enableCoinData(2);
+        EXPECT_EQ(bench.coins, 5) << model;
+        EXPECT_TRUE(bench.nri.programAndVerify()) << model;
+        EXPECT_FALSE(bench.box.inSerialMode()) << model;
+        EXPECT_EQ(bench.box.unknownBytes(), 0) << model;
+
+        const NriFields before = bench.state.nri.old;
+        ASSERT_TRUE(bench.nri.readMemory()) << model;
+        const NriFields& after = bench.state.nri.old;
+        for (int channel = 1; channel <= bench.state.mech.info.channelCount; ++channel) {
+            EXPECT_EQ(after.limits[channel], bench.state.limits.channelLimits[channel])
+                << model << channel;
+            EXPECT_EQ(after.coinValues[channel], bench.state.nri.next.coinValues[channel])
+                << model << channel;
+        }
+        EXPECT_EQ(after.date, "1F0C1A") << model;
+        EXPECT_EQ(after.outputs, before.outputs) << model;
+        EXPECT_EQ(after.parameterMap, before.parameterMap) << model;
+        EXPECT_EQ(after.header + after.routeText[0] + after.routeText[1],
+                  before.header + before.routeText[0] + before.routeText[1])
+            << model;
+    }
+}
+
+TEST(NriOnTheBox, ASavedMemoryGoesIntoAnotherMech) {
+    for (const std::string_view model : listedModels(kNri)) {
+        Bench bench(model);
+        bench.prepare();
+        ASSERT_TRUE(bench.nri.programAndVerify()) << model;
+        ASSERT_TRUE(bench.nri.readMemory()) << model;
+        const std::string saved = bench.memory();
+        bench.prompts.chooseFile(bench.folder / "saved.txt");
+        bench.nri.utilities().saveToFile();
+
+        Bench other(model);
+        EXPECT_NE(other.memory(), saved) << model;
+        other.prompts.chooseFile(bench.folder / "saved.txt");
+        other.prompts.expect("Confirm", Answer::ok);
+        EXPECT_TRUE(other.nri.programmeFromFile()) << model;
+        EXPECT_EQ(other.memory(), saved) << model;
+        EXPECT_FALSE(other.box.inSerialMode()) << model;
+    }
+}
+
+// A fault at each of many places: whatever is said, serial mode is left, and a handshake mech is
+// never said to be programmed when it is not.
+TEST(NriOnTheBox, FaultsOfTheMechAtEveryStep) {
+    for (const std::string_view model : {"G40-0000", "G10-4000/5", "G13-0000"}) {
+        Bench good(model);
+        good.prepare();
+        ASSERT_TRUE(good.nri.programAndVerify());
+        const std::string intended = good.memory();
+        const bool handshake = nriModel(model).handshake;
+        for (const Fault::Kind kind : {Fault::Kind::mechSilent, Fault::Kind::mechLate,
+                                       Fault::Kind::mechCut, Fault::Kind::mechRefuses}) {
+            for (int after = 0; after < 120; after += 19) {
+                const std::string what = std::string(model) + " " +
+                                         std::to_string(static_cast<int>(kind)) + " after " +
+                                         std::to_string(after);
+                const Fault fault{
+                    .kind = kind, .after = after, .value = kind == Fault::Kind::mechLate ? 700 : 3};
+                Bench bench(model);
+                bench.prepare();
+                ASSERT_TRUE(bench.state.oldImageWhole()) << what;
+                bench.box.addFault(fault);
+                const bool programmed = bench.nri.programAndVerify();
+                EXPECT_EQ(bench.prompts.told("Programmed OK"), programmed) << what;
+                if (programmed && handshake) {
+                    EXPECT_EQ(bench.memory(), intended) << what;
+                }
+                bench.box.clearFaults();
+                EXPECT_FALSE(bench.box.inSerialMode() || bench.progress.open) << what;
+
+                bench.box.addFault(fault);
+                const bool whole = bench.nri.readMemory();
+                bench.box.clearFaults();
+                if (whole) {
+                    const NriFields read = bench.state.nri.old;
+                    ASSERT_TRUE(bench.nri.readMemory()) << what;
+                    EXPECT_EQ(read.limits, bench.state.nri.old.limits) << what;
+                    EXPECT_EQ(read.coinValues, bench.state.nri.old.coinValues) << what;
+                    EXPECT_EQ(read.parameterMap, bench.state.nri.old.parameterMap) << what;
+                }
+                EXPECT_FALSE(bench.box.inSerialMode() || bench.progress.open) << what;
+            }
+        }
+    }
+}
+
+TEST(NriOnTheBox, BytesLostOnTheWayNeverMakeAReadWhole) {
+    for (const std::string_view model : {"G18-3000", "G13-0000"}) {
+        for (const Fault::Kind kind : {Fault::Kind::dropByte, Fault::Kind::repeatByte}) {
+            for (int after = 4; after < 700; after += 53) {
+                Bench bench(model);
+                bench.nri.readMemory();
+                const NriFields good = bench.state.nri.old;
+                bench.box.addFault({.kind = kind, .after = after});
+                const bool whole = bench.nri.readMemory();
+                bench.box.clearFaults();
+                EXPECT_FALSE(bench.box.inSerialMode());
+                if (!whole) continue;
+                EXPECT_EQ(bench.state.nri.old.limits, good.limits) << model << " after " << after;
+                EXPECT_EQ(bench.state.nri.old.coinValues, good.coinValues) << model << after;
+                EXPECT_EQ(bench.state.nri.old.outputs, good.outputs) << model << after;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vantor
