@@ -137,7 +137,7 @@ void LimitsReview::showSlugLimits() {
     for (int slug = 1; slug <= limits.slugCount; ++slug) {
         const auto& columns = state_.coinTable.itemLimits[limits.slugList[slug]];
         for (int column = 1; column <= 2 * state_.n(); ++column) {
-            display_.setSlugLimit(slug, column, std::to_string(columns[column + 1]));
+            display_.setSlugLimit(slug, column, spacedNumber(columns[column + 1]));
         }
     }
 }

@@ -363,7 +363,7 @@ TEST(LimitsJudging, ColoursAndFiguresOfTheDisplayedSegment) {
     EXPECT_EQ(world.window.rejection,
               (std::map<int, std::string>{
                   {1, "0.0"}, {2, "0.0"}, {3, "0.0"}, {4, "25.0"}, {5, "0.0"}, {6, "0.0"}}));
-    EXPECT_EQ((world.window.slugLimits[{1, 6}]), "125");
+    EXPECT_EQ((world.window.slugLimits[{1, 6}]), " 125");
 
     world.review.selectSegment(0);
     EXPECT_TRUE(world.window.rowColours.empty());

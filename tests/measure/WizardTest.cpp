@@ -107,7 +107,7 @@ TEST_F(Wizard, SlugFixStoresTheCoinsStatisticsAndTheSlugsLimits) {
     EXPECT_EQ(row(1), "2 9 898 902 1398 1402 2098 2102 0 ");
     EXPECT_EQ(state.coinset.oldChannelSource[9], -9);
     EXPECT_EQ(state.coinset.oldChannelSource[8], 8);
-    EXPECT_EQ(limitsDisplay.firstSlug, "898;902;1398;1402;2098;2102;");
+    EXPECT_EQ(limitsDisplay.firstSlug, " 898; 902; 1398; 1402; 2098; 2102;");
     EXPECT_EQ(state.coinset.version, "3");
     expectReady();
 }
