@@ -182,7 +182,7 @@ void MarsFamily::readOldMemory() {
 }
 
 bool MarsFamily::readOldMarsProm() {
-    const MarsFlowEnd end(link_);
+    MarsBracket bracket(link_);
     if (model().alwaysTwoK) state_.prom.promSizeCode = 1;
     const std::string line(kCrLf);
     const Answer answer =
@@ -190,7 +190,7 @@ bool MarsFamily::readOldMarsProm() {
                       .text = state_.msgText(420) + line + line + state_.msgText(421),
                       .buttons = PromptButtons::okCancel});
     if (answer == Answer::cancel) return false;
-    link_.sendJ();
+    bracket.sendJ();
     // Half a PROM would pass for limits of 0: what was not read is not taken over.
     if (prom_.readMemory()) {
         for (int cell = 0; cell < kMarsPromCells; ++cell) {

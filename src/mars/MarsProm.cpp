@@ -59,7 +59,13 @@ int lineAddress(std::string_view line) {
 
 }  // namespace
 
-MarsFlowEnd::~MarsFlowEnd() {
+void MarsBracket::sendJ() {
+    open_ = true;
+    link_.sendJ();
+}
+
+MarsBracket::~MarsBracket() {
+    if (!open_) return;
     try {
         link_.sendW();
     } catch (...) {
@@ -158,12 +164,12 @@ void MarsProm::writeMarsPromRange(CellRange range) {
 }
 
 bool MarsProm::programAndVerify() {
-    const MarsFlowEnd end(link_);
+    MarsBracket bracket(link_);
     // Whatever the coinset said: half a PROM would leave such a mech without its second segment.
     if (marsModel(state_.mech.mechType).alwaysTwoK) state_.prom.promSizeCode = 1;
     duplicateFirstSegment();
-    if (!(bipolar() ? offerBipolarProm() : offerE1())) return false;
-    link_.sendJ();
+    if (!(bipolar() ? offerBipolarProm(bracket) : offerE1())) return false;
+    bracket.sendJ();
     link_.waitTicks(kSettleMs);
     programSegments();
     if (!bipolar()) prompts_.ask({.title = state_.msgText(1218), .text = state_.msgText(1217)});
@@ -188,7 +194,7 @@ void MarsProm::duplicateFirstSegment() {
     prom.segmentSelected[1] = true;
 }
 
-bool MarsProm::offerBipolarProm() {
+bool MarsProm::offerBipolarProm(MarsBracket& bracket) {
     const auto text = [this](int id) { return state_.msgText(id); };
     const std::string size = state_.prom.promSizeCode == 1 ? "2K" : "1K";
     bool accepted = false;
@@ -197,7 +203,7 @@ bool MarsProm::offerBipolarProm() {
                                             .text = text(1208) + size + text(1209),
                                             .buttons = PromptButtons::okCancel});
         if (answer == Answer::cancel) break;
-        link_.sendJ();
+        bracket.sendJ();
         // A PROM that could not be read is not a blank one.
         accepted = readMemory() && acceptsUsedProm();
     }

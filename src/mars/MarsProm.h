@@ -9,6 +9,8 @@
 
 namespace vantor {
 
+class MarsBracket;
+
 /// The PROM in the box's socket: reading, programming and verifying it, with the prompts that go
 /// with the two kinds of PROM.
 class MarsProm {
@@ -40,7 +42,7 @@ class MarsProm {
     void storePromLine(std::string_view line);
     void waitForBox(int ms, const bool& flag);
     void duplicateFirstSegment();
-    bool offerBipolarProm();
+    bool offerBipolarProm(MarsBracket& bracket);
     bool offerE1();
     bool acceptsUsedProm();
     void programSegments();
@@ -57,16 +59,20 @@ class MarsProm {
     std::bitset<kMarsPromCells> cellsRead_;  ///< since the read command was sent
 };
 
-/// Switches the validator back ("W") at the end of a flow, however the flow ends.
-class MarsFlowEnd {
+/// Switches the validator away ("J") for a flow, and back ("W") at the flow's end, however it ends;
+/// a flow that did not get so far sends neither.
+class MarsBracket {
   public:
-    explicit MarsFlowEnd(ProgrammerLink& link) : link_(link) {}
-    ~MarsFlowEnd();
-    MarsFlowEnd(const MarsFlowEnd&) = delete;
-    MarsFlowEnd& operator=(const MarsFlowEnd&) = delete;
+    explicit MarsBracket(ProgrammerLink& link) : link_(link) {}
+    ~MarsBracket();
+    MarsBracket(const MarsBracket&) = delete;
+    MarsBracket& operator=(const MarsBracket&) = delete;
+
+    void sendJ();
 
   private:
     ProgrammerLink& link_;
+    bool open_ = false;
 };
 
 }  // namespace vantor

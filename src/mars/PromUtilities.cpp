@@ -23,9 +23,9 @@ const MarsLayout& PromUtilities::layout() const {
 // --- opening and closing -------------------------------------------------------------------
 
 void PromUtilities::openFromMain() {
-    const MarsFlowEnd end(link_);
+    MarsBracket bracket(link_);
     const auto step = [this](auto&& what) { errors_.attempt(kOpenFromMainError, what); };
-    step([this] { link_.sendJ(); });
+    step([&] { bracket.sendJ(); });
     step([this] {
         state_.prom.promSizeCode = 0;
         clearImages(state_.images);
@@ -90,8 +90,8 @@ void PromUtilities::chooseSize() {
 }
 
 void PromUtilities::readPROM() {
-    const MarsFlowEnd end(link_);
-    errors_.attempt(kReadError, [this] { link_.sendJ(); });
+    MarsBracket bracket(link_);
+    errors_.attempt(kReadError, [&] { bracket.sendJ(); });
     errors_.attempt(kReadError, [this] { families_.selected().readMemory(); });
     displayPROM();
 }
