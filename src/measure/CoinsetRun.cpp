@@ -53,8 +53,13 @@ std::optional<CoinsetRun::Chosen> CoinsetRun::choose() {
                                 .pattern = "*.cst",
                                 .startFolder = parts_.state.app.folder / "CoinSets"});
     if (!chosen || chosen->empty()) return std::nullopt;
-    const fs::path path = coinsetFileName(*chosen);
-    const auto bytes = readFile(path);
+    fs::path path = coinsetFileName(*chosen);
+    auto bytes = readFile(path);
+    if (!bytes && upperCase(shownFileName(*chosen)).ends_with(".CST")) {
+        // Files from old discs shout, and some systems tell COINS.CST from COINS.cst.
+        path = *chosen;
+        bytes = readFile(path);
+    }
     if (!bytes) {
         parts_.prompts.ask({.title = text(406), .text = text(405), .icon = PromptIcon::critical});
         return std::nullopt;

@@ -57,7 +57,7 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     EXPECT_TRUE(limitsDisplay.visible);
     EXPECT_FALSE(display.visible);
     EXPECT_EQ(limitsDisplay.firstRow, "1000;1002;1499;1501;2200;2202;");
-    EXPECT_EQ(limitsDisplay.firstSlug, "897;903;1396;1404;2095;2105;");
+    EXPECT_EQ(limitsDisplay.firstSlug, " 897; 903; 1396; 1404; 2095; 2105;");
     EXPECT_TRUE(prompts.told("Gathered Coin Ten"));
     EXPECT_EQ(prompts.asked.back().title, "Complete");
     EXPECT_EQ(state.coinTable.itemStats[1][0], 900.0F);
@@ -247,6 +247,13 @@ TEST_F(CoinsetRun, AFileCutAnywhereEndsInAUsableWindow) {
         expectReady();
     }
     EXPECT_EQ(state.item.nextItem, 3);
+}
+
+TEST_F(CoinsetRun, AFileIsFoundWhereverItsExtensionIsInCapitals) {
+    prompts.chooseFile(file("OLD.CST", std::string(kHead)));
+    flows.runCoinsetFile();
+    EXPECT_FALSE(prompts.told("Invalid Filename"));
+    EXPECT_TRUE(port.sent.starts_with("J<run>")) << port.sent;
 }
 
 TEST_F(CoinsetRun, WhatIsRefusedBeforeTheRunSendsNothing) {
