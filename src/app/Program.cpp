@@ -37,6 +37,8 @@ namespace {
 constexpr int kReceptionError = 809;
 constexpr int kLimitsTestError = 1221;
 constexpr const char* kNoSession = " - the mech does not answer: press Cancel Operation";
+constexpr int kOkCaption = 144;
+constexpr int kCancelCaption = 859;
 
 }  // namespace
 
@@ -107,6 +109,7 @@ struct Program::Impl {
         families.add(mars);
         families.add(coinControls);
         platform.prompts.setEnding([this] { return state.link.ending; });
+        platform.prompts.setCaptions([this](Answer answer) { return promptCaption(answer); });
         link.setEndedHandler(
             [this] { actions.runThrough(kReceptionError, [] { throw ProgramEnded{}; }); });
         link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
@@ -116,7 +119,16 @@ struct Program::Impl {
         connectWindows();
     }
 
-    ~Impl() { platform.prompts.setEnding({}); }
+    ~Impl() {
+        platform.prompts.setEnding({});
+        platform.prompts.setCaptions({});
+    }
+
+    // Texts name these buttons ("Press CANCEL to ..."), so they follow the texts' language.
+    [[nodiscard]] std::string promptCaption(Answer answer) const {
+        if (answer == Answer::ok) return state.msgText(kOkCaption);
+        return answer == Answer::cancel ? state.msgText(kCancelCaption) : std::string{};
+    }
 
     void connectWindows() {
         measureWindow.setFlows(measure);

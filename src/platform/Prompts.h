@@ -19,6 +19,11 @@ struct Prompt {
     PromptButtons buttons = PromptButtons::ok;
 };
 
+/// What a notice is about, whatever the values in it: its title and the first line of its text.
+[[nodiscard]] inline std::string noticeKind(const Prompt& notice) {
+    return notice.title + '\n' + notice.text.substr(0, notice.text.find_first_of("\r\n"));
+}
+
 /// An open or save dialog for one kind of file.
 struct FileQuestion {
     std::string title;
@@ -32,13 +37,14 @@ class Prompts {
   public:
     virtual ~Prompts() = default;
 
-    /// Shows a box and waits for the answer while events go on. Escape and the frame's X answer
-    /// Cancel where there is one, else OK. The default button is OK or Yes. Throws ProgramEnded
-    /// when the program ends meanwhile.
+    /// Shows a box and waits for the answer while events go on. Escape and the frame's X answer OK
+    /// or, of OK and Cancel, Cancel; a Yes/No/Cancel box, whose Cancel is a choice of its own,
+    /// wants one of its buttons. The default button is OK or Yes. Throws ProgramEnded when the
+    /// program ends meanwhile.
     virtual Answer ask(const Prompt& prompt) = 0;
 
-    /// Shows a box that nobody waits for. At most one notice with the same text is open at a
-    /// time; a second one is dropped. Safe from inside the receive path.
+    /// Shows a box that nobody waits for. At most one notice of a kind is open at a time; a second
+    /// one is dropped. Safe from inside the receive path.
     virtual void notice(const Prompt& prompt) = 0;
 
     /// The chosen file; nothing when the dialog was cancelled. As `ask` for waiting and ending.
@@ -49,6 +55,11 @@ class Prompts {
 
     /// How a waiting question learns that the program ends; set by the wiring.
     virtual void setEnding(std::function<bool()> ending) { (void)ending; }
+
+    /// What a button says in the technician's language; an empty text leaves the toolkit's word.
+    /// Set by the wiring and asked for every box.
+    using Captions = std::function<std::string(Answer)>;
+    virtual void setCaptions(Captions captions) { (void)captions; }
 };
 
 }  // namespace vantor

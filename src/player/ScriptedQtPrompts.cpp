@@ -158,7 +158,7 @@ Answer ScriptedQtPrompts::ask(const Prompt& prompt) {
 void ScriptedQtPrompts::notice(const Prompt& prompt) {
     if (over()) return;
     const bool alreadyOpen = std::ranges::any_of(boxes_, [&](const Box& box) {
-        return box.kind == Kind::notice && box.prompt.text == prompt.text;
+        return box.kind == Kind::notice && noticeKind(box.prompt) == noticeKind(prompt);
     });
     real_.notice(prompt);
     if (alreadyOpen) return;

@@ -31,6 +31,7 @@ class ScriptedQtPrompts final : public Prompts {
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override;
     void beep() override;
     void setEnding(std::function<bool()> ending) override;
+    void setCaptions(Captions captions) override { real_.setCaptions(std::move(captions)); }
 
     /// Answers the open box, or is kept for the next one. `part` (UTF-8) must be in its text.
     [[nodiscard]] Problem answer(Answer answer, const std::string& part);

@@ -123,6 +123,25 @@ TEST_F(MainWindowTest, ASilentBoxOffersTheWayBackOrTheEnd) {
     }
 }
 
+TEST_F(MainWindowTest, TheButtonsOfABoxSpeakTheLanguageOfItsText) {
+    write("Deutsch.txt", "122, Keine Antwort\r\n859, Abbrechen\r\n");
+    writeConfig("\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n");
+    whenReady([this] {
+        box.setSilent(true);
+        click("frmMain.cmdMars");
+    });
+    hands.when(
+        "the box", [] { return test::box("Keine Antwort") != nullptr; },
+        [] {
+            QMessageBox* open = test::box("Keine Antwort");
+            EXPECT_EQ(open->button(QMessageBox::Cancel)->text(), u"Abbrechen");
+            // A word that the language file has not keeps the toolkit's.
+            EXPECT_EQ(open->button(QMessageBox::Ok)->text().remove(u'&'), u"OK");
+            press(open, QMessageBox::Ok);
+        });
+    run();
+}
+
 TEST_F(MainWindowTest, APulledAdapterIsToldOnceAndTheNextActionOpensThePortAgain) {
     whenReady([this] {
         box.unplug();

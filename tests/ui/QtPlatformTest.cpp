@@ -98,8 +98,9 @@ TEST_F(QtPromptsTest, KeysAndTheFrameAnswerAsPromised) {
         {PromptButtons::okCancel, Qt::Key_Escape, Answer::cancel},
         {PromptButtons::okCancel, 0, Answer::cancel},
         {PromptButtons::yesNoCancel, Qt::Key_Return, Answer::yes},
-        {PromptButtons::yesNoCancel, Qt::Key_Escape, Answer::cancel},
-        {PromptButtons::yesNoCancel, 0, Answer::cancel},
+        // Cancel clears something there, which takes more than Escape: the box stays.
+        {PromptButtons::yesNoCancel, Qt::Key_Escape, Answer::no},
+        {PromptButtons::yesNoCancel, 0, Answer::no},
     };
     for (const AnswerCase& row : cases) {
         hands.when(
@@ -111,6 +112,7 @@ TEST_F(QtPromptsTest, KeysAndTheFrameAnswerAsPromised) {
                 } else {
                     pressKey(open, row.key);
                 }
+                if (row.expected == Answer::no) press(open, QMessageBox::No);
             });
         hands.start(std::chrono::minutes(1), [this] { ending = true; });
         const Answer answer =
@@ -137,6 +139,27 @@ TEST_F(QtPromptsTest, TextIsShownAsItIs) {
               Answer::no);
 }
 
+TEST_F(QtPromptsTest, ButtonsFollowTheLanguageWhereItHasWords) {
+    prompts.setCaptions([](Answer answer) {
+        return std::string(answer == Answer::cancel ? "R\xFC"
+                                                      "ck & weg"
+                                                    : "");
+    });
+    hands.when(
+        "the box", [] { return box("question") != nullptr; },
+        [] {
+            QMessageBox* open = box("question");
+            EXPECT_EQ(open->button(QMessageBox::Cancel)->text().toStdString(),
+                      "R\xC3\xBC"
+                      "ck && weg");
+            EXPECT_EQ(open->button(QMessageBox::Yes)->text().remove(u'&'), u"Yes");
+            press(open, QMessageBox::Cancel);
+        });
+    EXPECT_EQ(
+        prompts.ask({.title = "T", .text = "question", .buttons = PromptButtons::yesNoCancel}),
+        Answer::cancel);
+}
+
 TEST_F(QtPromptsTest, AnEndingProgramClosesBoxesAndFileDialogs) {
     const auto endWith = [this](const char* name) {
         ending = false;
@@ -153,7 +176,7 @@ TEST_F(QtPromptsTest, AnEndingProgramClosesBoxesAndFileDialogs) {
     EXPECT_EQ(windowNamed("filePrompt"), nullptr);
 }
 
-TEST_F(QtPromptsTest, NoticesWaitForNobodyAndComeOncePerText) {
+TEST_F(QtPromptsTest, NoticesWaitForNobodyAndComeOncePerKind) {
     const auto open = [] {
         int count = 0;
         for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -163,7 +186,8 @@ TEST_F(QtPromptsTest, NoticesWaitForNobodyAndComeOncePerText) {
     };
     prompts.notice({.title = "W", .text = "Battery Low"});
     prompts.notice({.title = "W", .text = "Battery Low"});
-    prompts.notice({.title = "W", .text = "Out Of Range"});
+    prompts.notice({.title = "W", .text = "Out Of Range\r\n 1 2 3"});
+    prompts.notice({.title = "W", .text = "Out Of Range\r\n 4 5 6"});
     EXPECT_EQ(open(), 2);
     press(box("Battery", "notice"), QMessageBox::Ok);
     EXPECT_EQ(open(), 1);

@@ -1,7 +1,10 @@
 #include "platform/qt/QtPrompts.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <algorithm>
@@ -12,6 +15,8 @@
 namespace vantor {
 
 namespace {
+
+constexpr const char* kKindProperty = "noticeKind";
 
 QMessageBox::Icon iconOf(PromptIcon icon) {
     switch (icon) {
@@ -55,6 +60,28 @@ QWidget* owner() {
     return found == windows.end() ? nullptr : *found;
 }
 
+/// The toolkit takes Escape and the frame's X for any Cancel button, wanted or not.
+class ChoiceBox final : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (choiceNeeded() && event->matches(QKeySequence::Cancel)) return;
+        QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override {
+        if (choiceNeeded()) {
+            event->ignore();
+        } else {
+            QMessageBox::closeEvent(event);
+        }
+    }
+
+  private:
+    [[nodiscard]] bool choiceNeeded() const { return standardButtons().testFlag(Yes); }
+};
+
 void fill(QMessageBox& box, const Prompt& prompt) {
     box.setWindowTitle(toQt(prompt.title));
     box.setTextFormat(Qt::PlainText);
@@ -63,12 +90,16 @@ void fill(QMessageBox& box, const Prompt& prompt) {
     box.setStandardButtons(buttonsOf(prompt.buttons));
     const bool yesNo = prompt.buttons == PromptButtons::yesNoCancel;
     box.setDefaultButton(yesNo ? QMessageBox::Yes : QMessageBox::Ok);
-    box.setEscapeButton(prompt.buttons == PromptButtons::ok ? QMessageBox::Ok
-                                                            : QMessageBox::Cancel);
+    if (yesNo) {
+        box.setWindowFlag(Qt::WindowCloseButtonHint, false);
+    } else {
+        box.setEscapeButton(prompt.buttons == PromptButtons::ok ? QMessageBox::Ok
+                                                                : QMessageBox::Cancel);
+    }
 }
 
-Answer answerOf(const QMessageBox& box) {
-    switch (box.standardButton(box.clickedButton())) {
+Answer answerOf(QMessageBox::StandardButton button) {
+    switch (button) {
         case QMessageBox::Yes:
             return Answer::yes;
         case QMessageBox::No:
@@ -99,28 +130,41 @@ void QtPrompts::waitFor(QDialog& dialog) {
     if (ending_ && ending_()) throw ProgramEnded{};
 }
 
+void QtPrompts::captionButtons(QMessageBox& box) const {
+    if (!captions_) return;
+    for (QAbstractButton* button : box.buttons()) {
+        const QString text = toQt(captions_(answerOf(box.standardButton(button))));
+        // The toolkit's own word keeps its underlined letter.
+        if (text.isEmpty() || button->text().remove(QLatin1Char('&')) == text) continue;
+        button->setText(QString(text).replace(QLatin1Char('&'), QLatin1String("&&")));
+    }
+}
+
 Answer QtPrompts::ask(const Prompt& prompt) {
-    QMessageBox box(owner());
+    ChoiceBox box(owner());
     box.setObjectName(QStringLiteral("prompt"));
     fill(box, prompt);
+    captionButtons(box);
     waitFor(box);
-    return answerOf(box);
+    return answerOf(box.standardButton(box.clickedButton()));
 }
 
 void QtPrompts::notice(const Prompt& prompt) {
     std::erase_if(notices_, [](const auto& box) { return box.isNull(); });
-    const QString text = toBoxText(prompt.text);
+    const QString kind = toQt(noticeKind(prompt));
     for (const auto& box : notices_) {
-        if (box->text() == text && box->isVisible()) return;
+        if (box->property(kKindProperty) == kind && box->isVisible()) return;
     }
     auto* box = new QMessageBox;
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setObjectName(QStringLiteral("notice"));
+    box->setProperty(kKindProperty, kind);
     // It belongs to no window (the windows come and go under it), so it has to keep itself in
     // sight.
     box->setWindowFlag(Qt::WindowStaysOnTopHint);
     box->setWindowModality(Qt::NonModal);
     fill(*box, prompt);
+    captionButtons(*box);
     notices_.emplace_back(box);
     box->show();
 }

@@ -26,12 +26,15 @@ class QtPrompts final : public Prompts {
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override;
     void beep() override;
     void setEnding(std::function<bool()> ending) override { ending_ = std::move(ending); }
+    void setCaptions(Captions captions) override { captions_ = std::move(captions); }
 
   private:
     void waitFor(QDialog& dialog);
+    void captionButtons(QMessageBox& box) const;
 
     EventLoop& loop_;
     std::function<bool()> ending_;
+    Captions captions_;
     std::vector<QPointer<QMessageBox>> notices_;
 };
 
