@@ -68,13 +68,62 @@ class PseudoTerminalRoad : public ::testing::Test {
         dropper.stop();
     }
     void dropWhileAsked() {
-        if (!program->state().gather.gatherActive) return;
+        // Also before the mech is asked: what nobody hears is dropped again.
+        if (!program->state().gather.runActive) return;
         if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
         bench("drop \"" + label("frmCoinMeasure1.lblDescription") + "\"");
     }
     void click(const std::string& name) { widget<QAbstractButton>(name)->click(); }
     std::function<bool()> ready(const std::string& window) {
         return [this, window] { return program->idle() && visible(window); };
+    }
+    /// From the main window to the limits, with a coinset of a coin and a slug.
+    Hands& measure(std::function<void()> start, const std::string& coinset) {
+        writeFile("config0000.txt", "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
+        writeFile("short.cst", coinset);
+        return hands.when("main window", ready("frmMain"), std::move(start))
+            .when("measurement window", ready("frmCoinMeasure1"),
+                  [this] { click("frmCoinMeasure1.cmdRunCoinset"); })
+            .when(
+                "file dialog",
+                [] { return windowNamed("filePrompt") != nullptr && visible("filePrompt"); },
+                [this] {
+                    auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
+                    dialog->findChild<QLineEdit*>()->setText(directory.filePath("short.cst"));
+                    static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+                })
+            .answer("Press YES", QMessageBox::Yes)
+            .answer("Gathered Coin 5 Pell", QMessageBox::Ok)
+            .answer("Press YES", QMessageBox::Yes)
+            .answer("Gathered Coin Steel Washer", QMessageBox::Ok)
+            .answer("Data Gathering Complete", QMessageBox::Ok);
+    }
+    static int shownLimit(int box) {
+        return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt();
+    }
+    /// A Coin Controls mech; `word` holds the first window of the first channel.
+    void programCc(const std::string& model, int word) {
+        startBox({"--model", QString::fromStdString(model), "--prom", "none"});
+        measure(
+            [this, model] {
+                choose("frmMain.cmbCCmech", model);
+                click("frmMain.cmdCCprog");
+            },
+            "CC." + model +
+                ",\"Short\",SHORT,1.0\r\n\r\n"
+                "CD,5 Pell,01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
+                "S,Steel Washer,3,2,40,2,40,2,40\r\n")
+            .when("limits window", ready("frmPROM"), [this] { click("frmPROM.cmdProgPROM"); })
+            .answer("EEPROM Verified OK", QMessageBox::Ok);
+        play();
+        EXPECT_TRUE(hands.done());
+        EXPECT_FALSE(ended);
+        ASSERT_GT(shownLimit(0), 0);
+        const auto window = static_cast<unsigned>(shownLimit(1) * 256 + shownLimit(0));
+        const auto answer = benchAnswer("expect-memory " + std::to_string(word) + " " +
+                                        hex(window, 4) + "\nshow-memory");
+        EXPECT_NE(answer.find(hex(window, 4)), std::string::npos) << answer;
+        EXPECT_EQ(answer.find("error"), std::string::npos) << answer;
     }
 
     QTemporaryDir directory;
@@ -95,27 +144,10 @@ class PseudoTerminalRoad : public ::testing::Test {
 
 TEST_F(PseudoTerminalRoad, ProgramsAnMe111OverTheRealSerialPort) {
     startBox({"--model", "ME111", "--prom", "none"});
-    writeFile("config0000.txt", "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
-    writeFile("short.cst",
-              "Mars.ME111,\"Short\",SHORT,1.0\r\n1K,1,0,0,0,264,344,172,252,458,538\r\n"
-              "CD,5 Pell,A1,4,3,-2,3,2,20,3,-2,3,2,20,3,-4,3,4,20\r\n"
-              "S,Steel Washer,3,2,20,2,20,3,20\r\n");
-    hands.when("main window", ready("frmMain"), [this] { click("frmMain.cmdMars"); })
-        .when("measurement window", ready("frmCoinMeasure1"),
-              [this] { click("frmCoinMeasure1.cmdRunCoinset"); })
-        .when(
-            "file dialog",
-            [] { return windowNamed("filePrompt") != nullptr && visible("filePrompt"); },
-            [this] {
-                auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
-                dialog->findChild<QLineEdit*>()->setText(directory.filePath("short.cst"));
-                static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
-            })
-        .answer("Press YES", QMessageBox::Yes)
-        .answer("Gathered Coin 5 Pell", QMessageBox::Ok)
-        .answer("Press YES", QMessageBox::Yes)
-        .answer("Gathered Coin Steel Washer", QMessageBox::Ok)
-        .answer("Data Gathering Complete", QMessageBox::Ok)
+    measure([this] { click("frmMain.cmdMars"); },
+            "Mars.ME111,\"Short\",SHORT,1.0\r\n1K,1,0,0,0,264,344,172,252,458,538\r\n"
+            "CD,5 Pell,A1,4,3,-2,3,2,20,3,-2,3,2,20,3,-4,3,4,20\r\n"
+            "S,Steel Washer,3,2,20,2,20,3,20\r\n")
         .when("limits window", ready("frmPROM"), [this] { click("frmPROM.cmdProgPROM"); })
         .when(
             "load prompt", [] { return box("BOTH SWITCHES ON") != nullptr; },
@@ -136,12 +168,20 @@ TEST_F(PseudoTerminalRoad, ProgramsAnMe111OverTheRealSerialPort) {
     EXPECT_TRUE(hands.done());
     EXPECT_FALSE(ended);
     // The marker, then the lowest nibbles of the first limit that the window shows.
-    const int limit = widget<QLineEdit>("frmPROM.txtProm_0")->text().toInt();
+    const int limit = shownLimit(0);
     ASSERT_GT(limit, 0);
     const std::string digits = "F" + hex(static_cast<unsigned>(limit % 16), 1) +
                                hex(static_cast<unsigned>(limit / 16 % 16), 1) +
                                hex(static_cast<unsigned>(limit / 256), 1);
     EXPECT_NE(benchAnswer("show-prom").find("000 " + digits), std::string::npos) << digits;
+}
+
+TEST_F(PseudoTerminalRoad, ProgramsA335OverTheRealSerialPort) {
+    programCc("335", 9);
+}
+
+TEST_F(PseudoTerminalRoad, ProgramsASentinelOverTheRealSerialPort) {
+    programCc("Sentinel", 0);
 }
 
 }  // namespace
