@@ -21,9 +21,10 @@ constexpr int kMsgBackError = 1200, kMsgChangeError = 1201, kMsgUtilitiesError =
               kMsgProgramError = 1219, kMsgRestoreError = 1220, kMsgValtestError = 1221,
               kMsgLayoutError = 1234, kMsgSegmentError = 1239;
 
-// Grid columns: row head, then per parameter a low and a high box and a gap, then the estimate.
+// Grid columns: row head and a gap, per parameter a low and a high box and a gap, the estimate.
+constexpr int kHeadGapColumn = 1;
 constexpr int lowColumn(int parameter) {
-    return 1 + 3 * parameter;
+    return 2 + 3 * parameter;
 }
 
 template <class Item>
@@ -248,6 +249,7 @@ void FrmPROM::layGrid(const LimitsLayout& layout) {
     layRows(*grid, rows);
     laySlugs(*grid, 2 + rows);
     const int gap = fontMetrics().averageCharWidth();
+    grid->setColumnMinimumWidth(kHeadGapColumn, gap);
     for (int p = 0; p < columns_ / 2; ++p) {
         grid->setColumnMinimumWidth(lowColumn(p) + 2, gap);
         grid->setColumnStretch(lowColumn(p), 1);
