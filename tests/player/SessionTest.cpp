@@ -98,6 +98,14 @@ TEST_F(SessionTest, TheDemoOfThePromUtilitiesPlays) {
     EXPECT_TRUE(fs::exists("prom-utilities-05-values.png"));
 }
 
+TEST_F(SessionTest, TheTourOfTheWindowsPlaysInAnotherLanguage) {
+    fs::create_directories("folder");
+    fs::copy(VANTOR_SOURCE_DIR "/data", "folder", fs::copy_options::recursive);
+    std::ofstream("folder/config0000.txt") << "\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n";
+    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/windows-tour.vps"), kAllHeld) << out.str();
+    EXPECT_TRUE(said("Programmierkabel abziehen"));
+}
+
 TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME181"), kNotAsExpected);

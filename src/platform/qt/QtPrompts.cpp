@@ -144,7 +144,9 @@ Answer QtPrompts::ask(const Prompt& prompt) {
     ChoiceBox box(owner());
     box.setObjectName(QStringLiteral("prompt"));
     fill(box, prompt);
-    captionButtons(box);
+    // The language files have no Yes and No, and the text that names them is English everywhere: so
+    // is the Cancel beside them.
+    if (prompt.buttons != PromptButtons::yesNoCancel) captionButtons(box);
     waitFor(box);
     return answerOf(box.standardButton(box.clickedButton()));
 }
