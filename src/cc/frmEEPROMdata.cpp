@@ -7,6 +7,8 @@
 #include <QStyle>
 #include <QTextDocument>
 #include <cmath>
+#include <functional>
+#include <utility>
 
 #include "catalogue/Text.h"
 #include "cc/EepromUtilities.h"
@@ -113,19 +115,19 @@ void FrmEEPROMdata::makeSettingRows() {
 }
 
 void FrmEEPROMdata::connectControls() {
-    const auto action = [this](auto* control, auto signal, int errorMessage, auto what) {
-        connect(control, signal, this, [this, errorMessage, what] {
-            actions_.run(errorMessage, [this, what] { (utilities_->*what)(); });
-        });
+    const auto action = [this](auto* control, auto signal, int errorMessage,
+                               std::function<void()> work) {
+        connect(control, signal, this,
+                [this, errorMessage, call = std::move(work)] { actions_.run(errorMessage, call); });
     };
-    using U = EepromUtilities;
     const auto clicked = &QPushButton::clicked;
-    action(ui_->cmbDisplay, &QComboBox::activated, kViewError, &U::changeView);
-    action(ui_->cmdReadPROM, clicked, kReadError, &U::readEeprom);
-    action(ui_->cmdSave, clicked, kSaveError, &U::saveToFile);
-    action(ui_->cmdProgramme, clicked, kFileError, &U::programmeFromFile);
-    action(ui_->cmdRouting, clicked, kRoutingError, &U::programmeRouting);
-    action(ui_->cmdBye, clicked, kCloseError, &U::closeWindow);
+    action(ui_->cmbDisplay, &QComboBox::activated, kViewError,
+           [this] { utilities_->changeView(); });
+    action(ui_->cmdReadPROM, clicked, kReadError, [this] { utilities_->readEeprom(); });
+    action(ui_->cmdSave, clicked, kSaveError, [this] { utilities_->saveToFile(); });
+    action(ui_->cmdProgramme, clicked, kFileError, [this] { utilities_->programmeFromFile(); });
+    action(ui_->cmdRouting, clicked, kRoutingError, [this] { utilities_->programmeRouting(); });
+    action(ui_->cmdBye, clicked, kCloseError, [this] { utilities_->closeWindow(); });
 }
 
 void FrmEEPROMdata::setTabs() {

@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <QTextDocument>
 #include <cmath>
+#include <functional>
+#include <utility>
 
 #include "mars/PromUtilities.h"
 #include "platform/qt/ActionFrame.h"
@@ -62,15 +64,16 @@ FrmPROMdata::FrmPROMdata(const SessionState& state, ActionFrame& actions)
 FrmPROMdata::~FrmPROMdata() = default;
 
 void FrmPROMdata::connectControls() {
-    const auto action = [this](auto* control, auto signal, int errorMessage, auto what) {
-        connect(control, signal, this, [this, errorMessage, what] {
-            actions_.run(errorMessage, [this, what] { (utilities_->*what)(); });
-        });
+    const auto action = [this](auto* control, auto signal, int errorMessage,
+                               std::function<void()> work) {
+        connect(control, signal, this,
+                [this, errorMessage, call = std::move(work)] { actions_.run(errorMessage, call); });
     };
-    action(ui_->cmbSize, &QComboBox::activated, kSizeError, &PromUtilities::chooseSize);
-    action(ui_->cmbDisplay, &QComboBox::activated, kViewError, &PromUtilities::displayPROM);
-    action(ui_->cmdReadPROM, &QPushButton::clicked, kReadError, &PromUtilities::readPROM);
-    action(ui_->cmdBye, &QPushButton::clicked, kCloseError, &PromUtilities::closeWindow);
+    action(ui_->cmbSize, &QComboBox::activated, kSizeError, [this] { utilities_->chooseSize(); });
+    action(ui_->cmbDisplay, &QComboBox::activated, kViewError,
+           [this] { utilities_->displayPROM(); });
+    action(ui_->cmdReadPROM, &QPushButton::clicked, kReadError, [this] { utilities_->readPROM(); });
+    action(ui_->cmdBye, &QPushButton::clicked, kCloseError, [this] { utilities_->closeWindow(); });
 }
 
 void FrmPROMdata::closeEvent(QCloseEvent* event) {

@@ -4,6 +4,8 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScreen>
+#include <functional>
+#include <utility>
 
 #include "catalogue/Text.h"
 #include "platform/qt/ActionFrame.h"
@@ -102,15 +104,14 @@ void FrmValtest::makeBits() {
 
 void FrmValtest::connectButtons() {
     const auto action = [this](QAbstractButton* button, int errorMessage,
-                               void (ValidatorTest::*what)()) {
-        connect(button, &QAbstractButton::clicked, this, [this, errorMessage, what] {
-            actions_.run(errorMessage, [this, what] { (test_->*what)(); });
-        });
+                               std::function<void()> work) {
+        connect(button, &QAbstractButton::clicked, this,
+                [this, errorMessage, call = std::move(work)] { actions_.run(errorMessage, call); });
     };
-    action(ui_->optSingle, kMsgDisplayError, &ValidatorTest::chooseSingle);
-    action(ui_->optBinary, kMsgDisplayError, &ValidatorTest::chooseBinary);
-    action(ui_->cmdClearCount, kMsgDisplayError, &ValidatorTest::clearValtestCounts);
-    action(ui_->cmdBack, kMsgBackError, &ValidatorTest::back);
+    action(ui_->optSingle, kMsgDisplayError, [this] { test_->chooseSingle(); });
+    action(ui_->optBinary, kMsgDisplayError, [this] { test_->chooseBinary(); });
+    action(ui_->cmdClearCount, kMsgDisplayError, [this] { test_->clearValtestCounts(); });
+    action(ui_->cmdBack, kMsgBackError, [this] { test_->back(); });
     connect(ui_->cmbG40, &QComboBox::activated, this, [this] {
         actions_.run(kMsgDisplayError,
                      [this] { test_->chooseVariant(fromQt(ui_->cmbG40->currentText())); });

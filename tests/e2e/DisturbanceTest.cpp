@@ -124,8 +124,8 @@ TEST_P(Disturbed, ABoxThatFallsSilentNeverPassesForSuccess) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Moments, Disturbed,
-                         ::testing::Values(0, 150, 900, 1700, 2600, 3600, 4600, 7000, 9000, 14'000,
-                                           25'000, 31'000, 32'000, 32'700, 33'300, 34'000));
+                         ::testing::Values(0, 150, 1700, 3600, 7'000, 14'000, 31'000, 32'000,
+                                           33'300));
 
 }  // namespace
 }  // namespace vantor::test
