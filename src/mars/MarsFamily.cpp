@@ -108,7 +108,12 @@ bool MarsFamily::readingValid() const {
 }
 
 void MarsFamily::startMeasuring() {
-    link_.sendAndWait("M");
+    // The box is silent after it. A technician who has just cancelled does not wait for that.
+    if (state_.gather.abortFlag) {
+        link_.sendString("M");
+    } else {
+        link_.sendAndWait("M");
+    }
 }
 
 void MarsFamily::startRun() {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "FakeDisplays.h"
 #include "ScriptedPrompts.h"
 #include "boxsim/SimulatedBox.h"
 #include "link/MechCheck.h"
@@ -9,14 +10,6 @@
 
 namespace vantor {
 namespace {
-
-class NoProgress final : public ProgressDisplay {
-  public:
-    void openProgress(const std::string&, const std::string&, bool) override {}
-    void showProgress(int) override {}
-    void showSegment(int) override {}
-    void closeProgress() override {}
-};
 
 /// The Mars family against the simulated box, which knows none of its encoders.
 struct Bench {
@@ -30,7 +23,7 @@ struct Bench {
     Receiver receiver{state, link, prompts, errors};
     Families families{state};
     MechCheck check{state, link, families, prompts, errors};
-    NoProgress progress;
+    test::NoProgress progress;
     MarsFamily mars{state, link, prompts, errors, progress};
 
     explicit Bench(std::string_view model) {
