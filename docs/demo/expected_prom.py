@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """What the PROMs of the guided demo must hold, worked out from the limits that its windows show.
 
-The tables below are read off the limits windows (pictures ME111-07, ME181-05 and ME181-06); this
+The tables below are read off the limits windows (pictures ME111-07, ME181-05, ME181-06 and wizards-09); this
 script knows the memory of the mechs and nothing of the program. Its output stands in
-guided-demo.vps; run it again after the sample coinsets or the simulated coins have changed:
+guided-demo.vps and wizards.vps; run it again after the sample coinsets or the simulated coins have changed:
 
     docs/demo/expected_prom.py ME111
     docs/demo/expected_prom.py ME181
+    docs/demo/expected_prom.py wizards
 """
 import sys
 
@@ -32,6 +33,16 @@ ME181_SEGMENT_2 = [
     (1103, 1150, 1657, 1685, 2219, 2285),
 ] + [(0, 0, 0, 0, 0, 0)] * 4
 
+NOTHING = (0, 0, 0, 0, 0, 0)
+WIZARDS_SEGMENT_1 = [
+    (903, 925, 1169, 1180, 1100, 1132),
+    NOTHING,
+    NOTHING,
+    (1112, 1136, 1482, 1493, 1144, 1157),  # material high typed in
+    NOTHING,
+    NOTHING,
+]
+
 
 def segment(limits, reference, version):
     """One block of 128 nibbles: marker, three tables of six coins, edit mark, reference."""
@@ -44,7 +55,7 @@ def segment(limits, reference, version):
                 at = start + 6 * coin + 3 * which
                 block[at:at + 3] = [value % 16, value // 16 % 16, value // 256]
     block[111] = 15  # the limits were edited by hand
-    text = reference.encode() + version.encode()
+    text = reference.encode().ljust(5, b"\0") + version.encode().ljust(3, b"\0")
     block[112:128] = [nibble for byte in text for nibble in (byte // 16, byte % 16)]
     return block
 
@@ -58,6 +69,7 @@ PROMS = {
     "ME111": segment(ME111_SEGMENT_1, "DOR11", "1.0") + [0] * 128,
     "ME181": coin_values() + segment(ME181_SEGMENT_1, "DOR18", "1.0")
              + coin_values() + segment(ME181_SEGMENT_2, "DOR18", "1.0"),
+    "wizards": segment(WIZARDS_SEGMENT_1, "WIZ", "3") + [0] * 128,
 }
 
 cells = PROMS[sys.argv[1]]
