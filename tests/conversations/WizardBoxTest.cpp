@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeDisplays.h"
+#include "OldProm.h"
 #include "ScriptedPrompts.h"
 #include "boxsim/SimulatedBox.h"
 #include "catalogue/Text.h"
@@ -12,41 +13,6 @@
 
 namespace vantor::test {
 namespace {
-
-using Cells = std::vector<std::uint8_t>;
-
-/// The addresses of an ME181's coin values, channels 1 to 12: one bit of the address each.
-constexpr int kValueCells[] = {64, 32, 16, 8, 4, 2, 320, 288, 272, 264, 260, 258};
-
-int oldLimit(int channel, int column) {
-    return 150 * channel + 11 * column;
-}
-
-/// An old PROM as the mech knows it, written by the test itself.
-Cells oldProm(bool me181, int cellCount) {
-    Cells cells(static_cast<std::size_t>(cellCount), 0);
-    const int segments = me181 ? 2 : cellCount / 128;
-    for (int segment = 0; segment < segments; ++segment) {
-        const int base = me181 ? 128 + 256 * segment : 128 * segment;
-        for (int coin = 0; coin < 6; ++coin) {
-            for (int column = 1; column <= 6; ++column) {
-                const int at =
-                    base + 1 + 36 * ((column - 1) / 2) + 6 * coin + 3 * ((column - 1) % 2);
-                int value = oldLimit(6 * segment + coin + 1, column);
-                for (int digit = 0; digit < 3; ++digit, value /= 16) {
-                    cells.at(static_cast<std::size_t>(at + digit)) =
-                        static_cast<std::uint8_t>(value % 16);
-                }
-            }
-        }
-    }
-    for (int channel = 1; me181 && channel <= 12; ++channel) {
-        const auto at = static_cast<std::size_t>(kValueCells[channel - 1]);
-        cells.at(at) = static_cast<std::uint8_t>((100 + channel) % 16);
-        cells.at(at + 1) = static_cast<std::uint8_t>((100 + channel) / 16);
-    }
-    return cells;
-}
 
 /// The wizards of a Mars mech against the simulated box, which knows none of its encoders.
 struct WizardBench {
@@ -172,7 +138,8 @@ TEST(WizardsOnTheBox, AnME181KeepsTheOtherCoinValues) {
         if (mode == WizardMode::slugFix) bench.expectDrops("Start Slug Drop", "Brass Disc");
         bench.run(mode, "C2");
         for (int channel = 1; channel <= 12; ++channel) {
-            const int value = channel == 9 && mode == WizardMode::addReplace ? 77 : 100 + channel;
+            const int value =
+                channel == 9 && mode == WizardMode::addReplace ? 77 : oldCoinValue(channel);
             const int at = kValueCells[channel - 1];
             EXPECT_EQ(bench.state.images.next[at] + 16 * bench.state.images.next[at + 1], value)
                 << channel;

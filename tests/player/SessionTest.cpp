@@ -106,6 +106,11 @@ TEST_F(SessionTest, TheTourOfTheWindowsPlaysInAnotherLanguage) {
     EXPECT_TRUE(said("Programmierkabel abziehen"));
 }
 
+TEST_F(SessionTest, TheWizardsDemoBuildsUpAProm) {
+    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/wizards.vps"), kAllHeld) << out.str();
+    EXPECT_TRUE(fs::exists("wizards-09-slug-out.png"));
+}
+
 TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME181"), kNotAsExpected);
