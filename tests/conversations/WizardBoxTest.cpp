@@ -31,7 +31,9 @@ struct WizardBench {
     FakeLimitsDisplay limitsDisplay;
     LimitsReview limits{state, link, families, prompts, errors, limitsDisplay};
     MeasureFlows flows{{state, link, families, prompts, errors, display, limits, limitsDisplay}};
-    std::filesystem::path log = std::filesystem::path(::testing::TempDir()) / "wizard-box.csv";
+    std::filesystem::path log =
+        std::filesystem::path(::testing::TempDir()) /
+        (std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()) + ".csv");
 
     WizardBench(std::string_view model, int promSizeCode) {
         link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
