@@ -22,7 +22,7 @@ const std::array<MainActions::Action, 9>& MainActions::table() {
         {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, &MainActions::memoryUtilities},
         {"cmdNRIprog", "cmbNRImech", kNri, 801, false, &MainActions::programMech},
         {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, &MainActions::validatorTest},
-        {"cmdNRIprom", "cmbNRImech", kNri, 802, false, nullptr},
+        {"cmdNRIprom", "cmbNRImech", kNri, 802, false, &MainActions::memoryUtilities},
     }};
     return kTable;
 }

@@ -25,6 +25,9 @@
 #include "mars/frmProgramming.h"
 #include "measure/MeasureFlows.h"
 #include "measure/frmCoinMeasure1.h"
+#include "nri/NriFamily.h"
+#include "nri/NriMemoryUtilities.h"
+#include "nri/frmNRIdata.h"
 #include "platform/ProgramEnded.h"
 #include "platform/qt/ActionFrame.h"
 #include "valtest/ValidatorTest.h"
@@ -56,6 +59,10 @@ struct Program::Impl {
           programming(state),
           mars(state, link, platform.prompts, errors, programming),
           coinControls(state, link, check, platform.prompts, errors, programming, receiver.sinks),
+          nri(state, link, check, platform.prompts, errors, programming, platform.calendar,
+              receiver.sinks,
+              {.open = [this] { return coinControls.memory().sentinel().openSentinelSession(); },
+               .close = [this] { coinControls.memory().sentinel().closeSentinelSession(); }}),
           measureWindow(state, actions, families, errors),
           limitsWindow(state, actions, errors),
           limits(state, link, families, platform.prompts, errors, limitsWindow),
@@ -71,6 +78,8 @@ struct Program::Impl {
           promUtilities(state, link, families, errors, promWindow),
           eepromWindow(state, actions),
           eepromUtilities(state, link, errors, coinControls, eepromWindow),
+          nriWindow(state, actions),
+          nriUtilities(state, link, errors, nri, nriWindow),
           main(state, actions),
           opening(actions),
           config(state, platform.prompts, errors, main),
@@ -108,6 +117,7 @@ struct Program::Impl {
         state.app.folder = std::move(folder);
         families.add(mars);
         families.add(coinControls);
+        families.add(nri);
         platform.prompts.setEnding([this] { return state.link.ending; });
         platform.prompts.setCaptions([this](Answer answer) { return promptCaption(answer); });
         link.setEndedHandler(
@@ -154,13 +164,14 @@ struct Program::Impl {
     void connectMemoryUtilities() {
         promWindow.setUtilities(promUtilities);
         eepromWindow.setUtilities(eepromUtilities);
+        nriWindow.setUtilities(nriUtilities);
         mainActions.openMemoryUtilities = [this] { memoryUtilities().openFromMain(); };
         limitsWindow.utilities = [this] { memoryUtilities().openFromLimits(); };
         for (MemoryUtilities* utilities : allUtilities()) connectCallers(*utilities);
     }
 
-    [[nodiscard]] std::array<MemoryUtilities*, 2> allUtilities() {
-        return {&promUtilities, &eepromUtilities};
+    [[nodiscard]] std::array<MemoryUtilities*, 3> allUtilities() {
+        return {&promUtilities, &eepromUtilities, &nriUtilities};
     }
     /// Of the selected maker.
     [[nodiscard]] MemoryUtilities& memoryUtilities() {
@@ -208,9 +219,9 @@ struct Program::Impl {
         sinks.makeSound = [this](int kind) { sounds.makeSound(kind); };
     }
 
-    [[nodiscard]] std::array<QWidget*, 8> windows() {
-        return {&main,        &opening,    &measureWindow, &limitsWindow,
-                &programming, &promWindow, &testWindow,    &eepromWindow};
+    [[nodiscard]] std::array<QWidget*, 9> windows() {
+        return {&main,       &opening,    &measureWindow, &limitsWindow, &programming,
+                &promWindow, &testWindow, &eepromWindow,  &nriWindow};
     }
 
     // Nothing of the program's own is on the stack any more.
@@ -242,6 +253,7 @@ struct Program::Impl {
     FrmProgramming programming;
     MarsFamily mars;
     CcFamily coinControls;
+    NriFamily nri;
     FrmCoinMeasure1 measureWindow;
     FrmPROM limitsWindow;
     LimitsReview limits;
@@ -250,6 +262,8 @@ struct Program::Impl {
     PromUtilities promUtilities;
     FrmEEPROMdata eepromWindow;
     EepromUtilities eepromUtilities;
+    FrmNRIdata nriWindow;
+    NriMemoryUtilities nriUtilities;
     FrmMain main;
     FrmOpening opening;
     ConfigPanel config;

@@ -1,12 +1,8 @@
 #include "cc/frmEEPROMdata.h"
 
 #include <QCloseEvent>
-#include <QFontDatabase>
 #include <QLabel>
 #include <QLineEdit>
-#include <QStyle>
-#include <QTextDocument>
-#include <cmath>
 #include <functional>
 #include <utility>
 
@@ -31,26 +27,6 @@ constexpr int kPaneLines = 17;
 constexpr int kHeadRows = 2;
 constexpr int kBinaryColumn = kC435Choices + 1;
 
-QFont fixedFont() {
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setStyleHint(QFont::Monospace);
-    fixed.setFixedPitch(true);
-    return fixed;
-}
-
-void makePane(QPlainTextEdit* pane) {
-    const QFont fixed = fixedFont();
-    pane->setFont(fixed);
-    pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    const QFontMetricsF metrics(fixed);
-    // With room for both scroll bars, or neither goes away because the other one is there.
-    const double border = 2 * (pane->frameWidth() + pane->document()->documentMargin()) +
-                          pane->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    const double width = kPaneColumns * metrics.horizontalAdvance(QLatin1Char('0')) + border;
-    const double height = kPaneLines * metrics.lineSpacing() + border;
-    pane->setMinimumSize(int(std::ceil(width)), int(std::ceil(height)));
-}
-
 /// A box for a few characters, centred; `widest` has room in it.
 void makeCodeBox(QLineEdit* box, const char* widest) {
     box->setFont(fixedFont());
@@ -64,7 +40,7 @@ void makeCodeBox(QLineEdit* box, const char* widest) {
 FrmEEPROMdata::FrmEEPROMdata(const SessionState& state, ActionFrame& actions)
     : state_(state), actions_(actions), ui_(std::make_unique<Ui::frmEEPROMdata>()) {
     ui_->setupUi(this);
-    makePane(ui_->lblPROM);
+    makeTextPane(ui_->lblPROM, kPaneColumns, kPaneLines);
     makeField(ui_->lblmechType);
     makeSettingRows();
     showPlainText(this);

@@ -1,10 +1,6 @@
 #include "mars/frmPROMdata.h"
 
 #include <QCloseEvent>
-#include <QFontDatabase>
-#include <QStyle>
-#include <QTextDocument>
-#include <cmath>
 #include <functional>
 #include <utility>
 
@@ -24,28 +20,13 @@ constexpr int kSizeError = 1301, kCloseError = 1302, kReadError = 1303, kViewErr
 constexpr int kPaneColumns = 36;
 constexpr int kPaneLines = 17;
 
-void makePane(QPlainTextEdit* pane) {
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setStyleHint(QFont::Monospace);
-    fixed.setFixedPitch(true);
-    pane->setFont(fixed);
-    pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    const QFontMetricsF metrics(fixed);
-    // With room for both scroll bars, or neither goes away because the other one is there.
-    const double border = 2 * (pane->frameWidth() + pane->document()->documentMargin()) +
-                          pane->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    const double width = kPaneColumns * metrics.horizontalAdvance(QLatin1Char('0')) + border;
-    const double height = kPaneLines * metrics.lineSpacing() + border;
-    pane->setMinimumSize(int(std::ceil(width)), int(std::ceil(height)));
-}
-
 }  // namespace
 
 FrmPROMdata::FrmPROMdata(const SessionState& state, ActionFrame& actions)
     : state_(state), actions_(actions), ui_(std::make_unique<Ui::frmPROMdata>()) {
     ui_->setupUi(this);
-    makePane(ui_->lblPROM);
-    makePane(ui_->lblPROM2);
+    makeTextPane(ui_->lblPROM, kPaneColumns, kPaneLines);
+    makeTextPane(ui_->lblPROM2, kPaneColumns, kPaneLines);
     makeField(ui_->lblmechType);
     showPlainText(this);
     ui_->cmbSize->addItems({QStringLiteral("1K"), QStringLiteral("2K")});

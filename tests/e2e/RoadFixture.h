@@ -18,8 +18,13 @@ class Road : public ProgramTest {
         writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
         run();
         ASSERT_TRUE(visible("frmMain"));
-        choose(maker == kMars ? "frmMain.cmbMarsMech" : "frmMain.cmbCCmech", model);
-        programButton_ = maker == kMars ? "frmMain.cmdMars" : "frmMain.cmdCCprog";
+        choose(maker == kMars           ? "frmMain.cmbMarsMech"
+               : maker == kCoinControls ? "frmMain.cmbCCmech"
+                                        : "frmMain.cmbNRImech",
+               model);
+        programButton_ = maker == kMars           ? "frmMain.cmdMars"
+                         : maker == kCoinControls ? "frmMain.cmdCCprog"
+                                                  : "frmMain.cmdNRIprog";
     }
     void openMeasurement() {
         click(programButton_);

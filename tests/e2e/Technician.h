@@ -80,7 +80,8 @@ class Technician {
 
     void chooseFile(QFileDialog& dialog) {
         const std::string title = dialog.windowTitle().toStdString();
-        const auto& file = title == "Open File" || title == "File Save"     ? memoryFile
+        const bool memory = title == "Open File" || title == "File Open" || title == "File Save";
+        const auto& file = memory                                           ? memoryFile
                            : dialog.acceptMode() == QFileDialog::AcceptSave ? log
                                                                             : coinset;
         seen.push_back(title + "|" + file.string());

@@ -1,10 +1,14 @@
 #include "platform/qt/Controls.h"
 
+#include <QFontDatabase>
 #include <QLabel>
 #include <QLayout>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QStyle>
 #include <QStyleOptionFrame>
+#include <QTextDocument>
+#include <cmath>
 
 #include "platform/qt/ActionFrame.h"
 
@@ -63,6 +67,26 @@ void makeNumberField(QLabel* label, std::string_view widest) {
 
 void showPlainText(QWidget* window) {
     for (QLabel* label : window->findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+}
+
+QFont fixedFont() {
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setStyleHint(QFont::Monospace);
+    fixed.setFixedPitch(true);
+    return fixed;
+}
+
+void makeTextPane(QPlainTextEdit* pane, int columns, int lines) {
+    const QFont fixed = fixedFont();
+    pane->setFont(fixed);
+    pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    const QFontMetricsF metrics(fixed);
+    // With room for both scroll bars, or neither goes away because the other one is there.
+    const double border = 2 * (pane->frameWidth() + pane->document()->documentMargin()) +
+                          pane->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    const double width = columns * metrics.horizontalAdvance(QLatin1Char('0')) + border;
+    const double height = lines * metrics.lineSpacing() + border;
+    pane->setMinimumSize(int(std::ceil(width)), int(std::ceil(height)));
 }
 
 void fitToContents(QWidget* window) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QFont>
 #include <QLineEdit>
 #include <string_view>
 #include <vector>
 
 class QLabel;
+class QPlainTextEdit;
 class QString;
 class QWidget;
 
@@ -29,6 +31,11 @@ void makeField(QLabel* label);
 void makeNumberField(QLabel* label, std::string_view widest);
 /// Makes every label below `window` show plain text.
 void showPlainText(QWidget* window);
+
+/// The system's font of fixed pitch.
+[[nodiscard]] QFont fixedFont();
+/// A text in fixed pitch that can be selected and copied, with room for so many columns and lines.
+void makeTextPane(QPlainTextEdit* pane, int columns, int lines);
 
 /// Gives a window the size that its contents ask for now, within the screen. Unlike
 /// QWidget::adjustSize it does not wait for pending layout events and may fill the screen.
