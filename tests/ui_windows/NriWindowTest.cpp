@@ -21,12 +21,17 @@ class NriWindow : public testing::Test {
   protected:
     NriWindow() { window.setUtilities(utilities); }
 
-    /// Nobody answers, so nothing is read; then the memory holds what a whole read would bring.
+    /// The window over a memory that was read: the reading itself needs a box.
     void open(std::string_view model) {
         w.base.select(kNri, model);
-        const bool asksForTheBox = nriModel(model).interfaceProbe;
-        if (asksForTheBox) w.base.prompts.expect(w.state.msgText(122), Answer::ok);
-        utilities.openFromMain();
+        window.loadNriWindow();
+        window.showNriMechType(std::string(model));
+        std::vector<std::string> entries;
+        for (const NriView& view : family.utilities().views()) {
+            entries.push_back(w.state.msgText(view.caption));
+        }
+        window.listNriViews(entries);
+        window.showNriWindow();
         NriFields& fields = w.state.nri.old;
         for (int channel = 1; channel <= w.state.mech.info.channelCount; ++channel) {
             for (int column = 1; column <= 12; ++column) fields.limits[channel][column] = 255;
