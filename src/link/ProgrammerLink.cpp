@@ -79,8 +79,15 @@ ProgrammerLink::~ProgrammerLink() {
 // --- ticks ---------------------------------------------------------------------------------
 
 void ProgrammerLink::startTicks() {
-    timer1_.start(kTick20, [this] { errors_.attempt(831, [this] { tick20(); }); });
+    ticking_ = true;
+    wakeTick20();
     timer2_.start(kTick100, [this] { errors_.attempt(833, [this] { tick100(); }); });
+}
+
+void ProgrammerLink::wakeTick20() {
+    // Nobody can tell the tick from a sleeping one while nothing counts, but the processor can.
+    if (!ticking_ || timer1_.running()) return;
+    timer1_.start(kTick20, [this] { errors_.attempt(831, [this] { tick20(); }); });
 }
 
 void ProgrammerLink::setKeepAlive(bool on) {
@@ -97,6 +104,7 @@ void ProgrammerLink::tick20() {
     LinkState& link = state_.link;
     link.replyCounter = std::max(link.replyCounter - kTickMs, 0);
     link.delayCounter = std::max(link.delayCounter - kTickMs, 0);
+    if (link.replyCounter == 0 && link.delayCounter == 0 && waitDepth_ == 0) timer1_.stop();
 }
 
 void ProgrammerLink::tick100() {
@@ -280,6 +288,7 @@ void ProgrammerLink::countDown(int& counter, int ms, const std::function<bool()>
     if (state_.link.ending) throw ProgramEnded{};
     const DepthScope depth(waitDepth_);
     const CounterScope scope(counter, ms, ticks_);
+    wakeTick20();
     const Micros from = loop_.now();
     drain();
     while (counter > 0 && !done()) pumpOnce();

@@ -113,6 +113,7 @@ class ProgrammerLink {
     void pumpOnce();
     void portFailed(const std::string& reason);
     void tick20();
+    void wakeTick20();
     void tick100();
     void tick1000();
     void resetReceiver();
@@ -130,6 +131,7 @@ class ProgrammerLink {
     EventLoop::TimerId idleDrainId_ = 0;
     EventLoop::TimerId closeId_ = 0;
     std::vector<SpentWait>* spentWaits_ = nullptr;
+    bool ticking_ = false;
     int waitDepth_ = 0;
     int holdDepth_ = 0;
     long long ticks_ = 0;
