@@ -9,7 +9,7 @@ NextCommand ScriptSource::next() {
     return commands_.at(position_++);
 }
 
-StreamSource::StreamSource(std::istream& stream) {
+StreamSource::StreamSource(std::istream& stream, ScriptPlace place) : place_(std::move(place)) {
     std::thread([shared = shared_, &stream] {
         std::string line;
         while (std::getline(stream, line)) {
@@ -25,12 +25,22 @@ StreamSource::StreamSource(std::istream& stream) {
 
 NextCommand StreamSource::next() {
     const std::lock_guard guard(shared_->lock);
-    while (!shared_->lines.empty()) {
+    while (pending_.empty() && !shared_->lines.empty()) {
         const std::string line = std::move(shared_->lines.front());
         shared_->lines.pop_front();
-        ParsedLine parsed = parseLine(line, ++lineNumber_);
-        if (auto* command = std::get_if<Command>(&parsed)) return std::move(*command);
-        if (auto* error = std::get_if<ScriptError>(&parsed)) return std::move(*error);
+        ParsedScript parsed = parseScript(line, place_);
+        ++place_.firstLine;
+        if (const auto* errors = std::get_if<std::vector<ScriptError>>(&parsed)) {
+            return errors->front();
+        }
+        for (Command& command : std::get<std::vector<Command>>(parsed)) {
+            pending_.push_back(std::move(command));
+        }
+    }
+    if (!pending_.empty()) {
+        Command command = std::move(pending_.front());
+        pending_.pop_front();
+        return command;
     }
     if (shared_->ended) return NoMore{};
     return NotYet{};

@@ -43,7 +43,8 @@ class ScriptSource final : public CommandSource {
 class StreamSource final : public CommandSource {
   public:
     /// The stream must live as long as the process: a read that is under way cannot be called off.
-    explicit StreamSource(std::istream& stream);
+    /// `place`: what can be included from it.
+    explicit StreamSource(std::istream& stream, ScriptPlace place = {});
     NextCommand next() override;
     /// Waits until a line or the end is there, at most `limit`; false when neither came.
     bool waitForLine(std::chrono::milliseconds limit);
@@ -56,7 +57,8 @@ class StreamSource final : public CommandSource {
         bool ended = false;
     };
     std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
-    int lineNumber_ = 0;
+    ScriptPlace place_;
+    std::deque<Command> pending_;  ///< of the line that was read last
 };
 
 }  // namespace vantor::player

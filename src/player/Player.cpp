@@ -30,6 +30,7 @@ bool leavesBoxesAlone(Verb verb) {
     switch (verb) {
         case Verb::remark:
         case Verb::expect:
+        case Verb::expectPart:
         case Verb::expectEnabled:
         case Verb::expectVisible:
         case Verb::expectColour:
@@ -114,7 +115,8 @@ void Player::step() {
     }
     if (const auto* error = std::get_if<ScriptError>(&next)) {
         ++failures_;
-        report_("line " + std::to_string(error->line) + ": " + error->text);
+        const std::string file = error->file.empty() ? "line " : error->file + ":";
+        report_(file + std::to_string(error->line) + ": " + error->text);
         return finish();
     }
     if (const auto* command = std::get_if<Command>(&next)) {
@@ -183,12 +185,15 @@ void Player::execute(const Command& command) {
 void Player::useHands(const Command& command, QWidget* widget) {
     const auto accepted = [&] { passed(command); };
     const std::string second = command.words.size() > 1 ? command.words.at(1) : std::string();
-    const std::string read = "it reads \"" + textOf(widget).toStdString() + '"';
+    const std::string text = textOf(widget).toStdString();
+    const std::string read = "it reads \"" + text + '"';
     const auto unless = [](bool held, Problem problem) { return held ? Problem() : problem; };
     Problem problem;
     switch (command.verb) {
         case Verb::expect:
             return expectation(command, unless(shows(widget, second), read));
+        case Verb::expectPart:
+            return expectation(command, unless(text.find(second) != text.npos, read));
         case Verb::expectEnabled:
             return expectation(command,
                                unless(widget->isEnabled() == (second == "yes"), "it is not so"));
@@ -325,7 +330,7 @@ void Player::runBench(const Command& command) {
 }
 
 void Player::say(const Command& command, const std::string& result) {
-    report_(stamp() + std::to_string(command.line) + ": " + command.written + "  -> " + result);
+    report_(stamp() + command.place() + ": " + command.written + "  -> " + result);
 }
 
 void Player::expectation(const Command& command, const Problem& problem) {

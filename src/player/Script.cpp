@@ -12,7 +12,9 @@ namespace vantor::player {
 namespace {
 
 /// What an argument must look like.
-enum class Form { window, control, target, text, ms, onOff, yesNo, colour, answer, path };
+enum class Form { window, control, target, text, ms, onOff, yesNo, colour, answer, path, value };
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 struct Grammar {
     std::string_view name;
@@ -31,6 +33,7 @@ const std::vector<Grammar>& grammars() {
         {"tick", Verb::tick, {control, onOff}, "tick W.C on|off"},
         {"tab", Verb::tab, {control, text}, "tab W.C \"label\""},
         {"expect", Verb::expect, {target, text}, "expect W.C \"text\""},
+        {"expect-part", Verb::expectPart, {target, text}, "expect-part W.C \"part of the text\""},
         {"expect-enabled", Verb::expectEnabled, {control, yesNo}, "expect-enabled W.C yes|no"},
         {"expect-visible", Verb::expectVisible, {target, yesNo}, "expect-visible W.C yes|no"},
         {"expect-colour", Verb::expectColour, {control, colour}, "expect-colour W.C #rrggbb"},
@@ -44,6 +47,7 @@ const std::vector<Grammar>& grammars() {
         {"sleep", Verb::sleep, {ms}, "sleep MS"},
         {"shot", Verb::shot, {path}, "shot FILE.png or shot W FILE.png"},
         {"bench", Verb::bench, {}, "bench ..."},
+        {"include", Verb::include, {path}, "include \"FILE\" NAME=VALUE ..."},
     };
     return table;
 }
@@ -191,6 +195,8 @@ bool fits(std::string_view word, Form form) {
             return isOneOf(word, {"ok", "cancel", "yes", "no"});
         case Form::path:
             return !word.empty();
+        case Form::value:
+            return isName(word.substr(0, word.find('='))) && word.find('=') != word.npos;
     }
     return false;
 }
@@ -202,6 +208,7 @@ std::string argumentProblem(const Grammar& grammar, const std::vector<std::strin
         return words.empty() ? "bench needs a command of its own" : std::string();
     }
     if (grammar.verb == Verb::shot && words.size() == 2) forms.insert(forms.begin(), Form::window);
+    if (grammar.verb == Verb::include && words.size() > 1) forms.resize(words.size(), Form::value);
     if (words.size() != forms.size()) {
         return std::to_string(forms.size()) + " argument(s) wanted, " +
                std::to_string(words.size()) + " given: " + std::string(grammar.usage);
@@ -217,6 +224,22 @@ std::string argumentProblem(const Grammar& grammar, const std::vector<std::strin
 std::string_view withoutLineEnd(std::string_view line) {
     while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.remove_suffix(1);
     return line;
+}
+
+/// `missing` is the name of a value that is not given.
+std::string withValues(std::string_view line, const Values& values, std::string& missing) {
+    std::string filled;
+    for (;;) {
+        const std::size_t start = line.find("${");
+        const std::size_t end = line.find('}', std::min(start, line.size()));
+        filled += line.substr(0, end == line.npos ? line.npos : start);
+        if (end == line.npos) return filled;
+        const std::string_view name = line.substr(start + 2, end - start - 2);
+        const auto value = values.find(name);
+        if (value == values.end()) missing = name;
+        filled += value == values.end() ? std::string() : value->second;
+        line.remove_prefix(end + 1);
+    }
 }
 
 bool hasControlByte(std::string_view line) {
@@ -244,9 +267,12 @@ int parseMs(std::string_view word) {
     return value;
 }
 
-ParsedLine parseLine(std::string_view line, int number) {
-    line = withoutLineEnd(line);
-    if (number == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
+ParsedLine parseLine(std::string_view text, int number, const Values& values) {
+    text = withoutLineEnd(text);
+    if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    std::string missing;
+    const std::string line = withValues(text, values, missing);
+    if (!missing.empty()) return ScriptError{number, "nothing is given for ${" + missing + "}"};
     if (line.size() > kLongestScriptLine) return ScriptError{number, "the line is too long"};
     if (hasControlByte(line))
         return ScriptError{number, "not a text line: it holds a control byte"};
@@ -268,19 +294,6 @@ ParsedLine parseLine(std::string_view line, int number) {
     std::string problem = argumentProblem(*grammar, words);
     if (!problem.empty()) return ScriptError{number, std::move(problem)};
     return Command{number, grammar->verb, std::move(words), std::string(written)};
-}
-
-ParsedScript parseScript(std::string_view text) {
-    std::vector<Command> commands;
-    std::vector<ScriptError> errors;
-    int number = 0;
-    for (const std::string_view line : splitLines(text)) {
-        ParsedLine parsed = parseLine(line, ++number);
-        if (auto* command = std::get_if<Command>(&parsed)) commands.push_back(std::move(*command));
-        if (auto* error = std::get_if<ScriptError>(&parsed)) errors.push_back(std::move(*error));
-    }
-    if (!errors.empty()) return errors;
-    return commands;
 }
 
 }  // namespace vantor::player

@@ -20,16 +20,20 @@ namespace {
 constexpr std::chrono::milliseconds kTypingLook{50};
 
 std::unique_ptr<CommandSource> openScript(const std::string& name, std::ostream& err) {
-    if (name == "-") return std::make_unique<StreamSource>(std::cin);
-    const auto text = readFile(std::filesystem::path(std::u8string(name.begin(), name.end())));
+    const auto read = [](const std::string& path) {
+        return readFile(std::filesystem::path(std::u8string(path.begin(), path.end())));
+    };
+    if (name == "-") return std::make_unique<StreamSource>(std::cin, ScriptPlace{.read = read});
+    const auto text = read(name);
     if (!text) {
         err << "cannot read " << name << '\n';
         return nullptr;
     }
-    ParsedScript parsed = parseScript(*text);
+    ParsedScript parsed = parseScript(*text, {.read = read, .files = {name}});
     if (const auto* errors = std::get_if<std::vector<ScriptError>>(&parsed)) {
         for (const ScriptError& error : *errors) {
-            err << name << ':' << error.line << ": " << error.text << '\n';
+            err << (error.file.empty() ? name : error.file) << ':' << error.line << ": "
+                << error.text << '\n';
         }
         return nullptr;
     }

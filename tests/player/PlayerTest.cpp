@@ -148,6 +148,7 @@ expect frmTiny.chkLog on
 expect frmTiny.chkLog "Log Results"
 tab frmTiny.tabMaker "Coin & Controls"
 expect frmTiny.tabMaker "Coin & Controls"
+expect-part frmTiny.tabMaker "& Con"
 expect frmTiny.cmdGo Go
 expect frmTiny Tiny
 expect-enabled frmTiny.cmdOff no
@@ -348,12 +349,18 @@ TEST_F(PlayerTest, FileDialogsGetTheirNames) {
 }
 
 TEST_F(PlayerTest, TakesCommandsLineByLine) {
-    static std::istringstream lines("# typed\nexpect frmTiny.lblState idle\nexpect");
-    StreamSource source(lines);
+    static std::istringstream lines(
+        "# typed\ninclude state.vps S=idle\nexpect-part frmTiny.lblState reads\nexpect");
+    StreamSource source(lines, {.read = [](const std::string& path) {
+                            return path == "state.vps"
+                                       ? std::optional<std::string>("expect frmTiny.lblState ${S}")
+                                       : std::nullopt;
+                        }});
     noCommandYet = [&] { EXPECT_TRUE(source.waitForLine(std::chrono::seconds(20))); };
     EXPECT_EQ(play(source), 1);
-    EXPECT_TRUE(printed("2: expect frmTiny.lblState idle  -> ok")) << output;
-    EXPECT_TRUE(printed("line 3: 2 argument(s) wanted, 0 given")) << output;
+    EXPECT_TRUE(printed("state.vps:1: expect frmTiny.lblState idle  -> ok")) << output;
+    EXPECT_TRUE(printed("3: expect-part frmTiny.lblState reads  -> NOT AS EXPECTED")) << output;
+    EXPECT_TRUE(printed("line 4: 2 argument(s) wanted, 0 given")) << output;
 }
 
 }  // namespace

@@ -70,6 +70,8 @@ TEST(ParseLine, ChecksNumberAndFormOfArguments) {
         {"answer yes ''", Verb::answer, {"yes", ""}},
         {"shot a.png", Verb::shot, {"a.png"}},
         {"shot frmMain 'my pictures/a.png'", Verb::shot, {"frmMain", "my pictures/a.png"}},
+        {"expect-part W.C 'of it'", Verb::expectPart, {"W.C", "of it"}},
+        {"include a.vps A=1 'B_2=x = y' C=", Verb::include, {"a.vps", "A=1", "B_2=x = y", "C="}},
         {"bench fault drop-byte 3", Verb::bench, {"fault", "drop-byte", "3"}},
     };
     for (const auto& c : good) {
@@ -112,6 +114,10 @@ TEST(ParseLine, ChecksNumberAndFormOfArguments) {
         "sleep 1\x01",
         "await-idle ' 5'",
         "shot a b c",
+        "include",
+        "include a.vps A",
+        "include a.vps A.B=1",
+        "# ${NOBODY_GAVE_IT}",
     };
     for (const std::string& line : bad) {
         const ParsedLine parsed = parseLine(line, 3);
@@ -136,6 +142,52 @@ TEST(ParseScript, ReportsEveryMistakeWithItsLine) {
     EXPECT_EQ(commands->at(0).verb, Verb::remark);
     EXPECT_EQ(commands->at(0).written, "# only");
     EXPECT_EQ(commands->at(2).line, 4);
+}
+
+/// A folder of scripts to include.
+ScriptPlace among(std::map<std::string, std::string> files) {
+    return {.read =
+                [files = std::move(files)](const std::string& path) {
+                    const auto file = files.find(path);
+                    return file == files.end() ? std::nullopt : std::optional(file->second);
+                },
+            .files = {"demo/main.vps"}};
+}
+
+TEST(Include, PutsTheLinesOfAnotherScriptInItsPlace) {
+    const ParsedScript good = parseScript("include parts/coin.vps COIN='5 Pell' COUNT=3\nsleep 9",
+                                          among({{"demo/parts/coin.vps",
+                                                  "\xEF\xBB\xBF# ${COIN}\n\nbench drop \"${COIN}\" "
+                                                  "${COUNT}\ninclude ../b.vps A=${COUNT}"},
+                                                 {"demo/b.vps", "sleep ${A}0${A}\nsleep 5"}}));
+    std::string seen;
+    for (const Command& command : std::get<std::vector<Command>>(good)) {
+        seen += command.place() + ' ' + command.written + '|';
+    }
+    EXPECT_EQ(seen,
+              "1 include parts/coin.vps COIN='5 Pell' COUNT=3|coin.vps:1 # 5 Pell|"
+              "coin.vps:3 bench drop \"5 Pell\" 3|coin.vps:4 include ../b.vps A=3|"
+              "b.vps:1 sleep 303|b.vps:2 sleep 5|2 sleep 9|");
+}
+
+TEST(Include, NamesWhatCannotBeIncluded) {
+    const struct {
+        std::string text, error;
+    } cases[] = {
+        {"\ninclude nothing.vps", ":2: cannot read demo/nothing.vps"},
+        {"include a.vps", "demo/b.vps:1: demo/a.vps includes itself"},
+        {"include needs.vps B=1", "demo/needs.vps:2: nothing is given for ${A}"},
+    };
+    const auto place = among({{"demo/a.vps", "include b.vps"},
+                              {"demo/b.vps", "include ./a.vps"},
+                              {"demo/needs.vps", "sleep ${B}\nsleep ${A}"}});
+    for (const auto& c : cases) {
+        const ParsedScript parsed = parseScript(c.text, place);
+        const auto* errors = std::get_if<std::vector<ScriptError>>(&parsed);
+        ASSERT_TRUE(errors && errors->size() == 1) << c.text;
+        const ScriptError& error = errors->front();
+        EXPECT_EQ(error.file + ':' + std::to_string(error.line) + ": " + error.text, c.error);
+    }
 }
 
 // A script may be any file that somebody picked by mistake.
