@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -11,6 +14,8 @@ namespace vantor::player {
 namespace {
 
 namespace fs = std::filesystem;
+
+const std::string kDemo = VANTOR_SOURCE_DIR "/docs/demo/";
 
 TEST(SessionOptions, KnowTheirWordsAndTheProgramsOwn) {
     const struct {
@@ -79,37 +84,54 @@ class SessionTest : public testing::Test {
     fs::path before_, folder_;
 };
 
-TEST_F(SessionTest, TheGuidedDemoGoesTheWholeRoad) {
-    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/guided-demo.vps"), kAllHeld) << out.str();
-    for (const char* file :
-         {"01-opening.png", "02-main.png", "ME111-03-measuring.png", "ME111-09-programming.png",
-          "ME181-06-segment-2.png", "ME111.csv", "ME181.csv", "ME181.prom"}) {
+/// The scripts of a folder below docs/demo, by their names.
+std::vector<std::string> scriptsOf(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& file : fs::directory_iterator(kDemo + folder)) {
+        if (file.path().extension() == ".vps")
+            names.push_back(folder + file.path().stem().string());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string asTestName(const testing::TestParamInfo<std::string>& script) {
+    std::string name = script.param;
+    std::ranges::replace_if(
+        name, [](char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+}
+
+/// What a script must leave behind besides being as expected.
+const std::multimap<std::string, std::string> kLeft = {
+    {"guided-demo", "01-opening.png"},     {"guided-demo", "ME111-09-programming.png"},
+    {"guided-demo", "ME111.csv"},          {"guided-demo", "ME181.prom"},
+    {"coin-controls", "435.csv"},          {"nri", "nri-10-other.png"},
+    {"models/C120", "C120-3-outputs.png"},
+};
+
+class EveryScript : public SessionTest, public testing::WithParamInterface<std::string> {};
+
+TEST_P(EveryScript, IsAsExpected) {
+    const bool tour = GetParam() == "windows-tour";
+    if (tour) {
+        // It says no word of any language, so it is played in another one.
+        fs::create_directories("folder");
+        fs::copy(VANTOR_SOURCE_DIR "/data", "folder", fs::copy_options::recursive);
+        std::ofstream("folder/config0000.txt") << "\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n";
+    }
+    EXPECT_EQ(play(kDemo + GetParam() + ".vps"), kAllHeld) << err.str() << out.str();
+    EXPECT_EQ(said("Programmierkabel abziehen"), tour);
+    const auto [first, end] = kLeft.equal_range(GetParam());
+    for (auto left = first; left != end; ++left) {
+        const std::string& file = left->second;
         EXPECT_TRUE(fs::exists(file) && fs::file_size(file) > 500) << file;
     }
 }
 
-TEST_F(SessionTest, TheDemoOfTheValidatorTestPlays) {
-    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/validator-test.vps"), kAllHeld) << out.str();
-    EXPECT_TRUE(fs::exists("validator-test-rejected.png"));
-}
-
-TEST_F(SessionTest, TheDemoOfThePromUtilitiesPlays) {
-    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/prom-utilities.vps"), kAllHeld) << out.str();
-    EXPECT_TRUE(fs::exists("prom-utilities-05-values.png"));
-}
-
-TEST_F(SessionTest, TheTourOfTheWindowsPlaysInAnotherLanguage) {
-    fs::create_directories("folder");
-    fs::copy(VANTOR_SOURCE_DIR "/data", "folder", fs::copy_options::recursive);
-    std::ofstream("folder/config0000.txt") << "\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n";
-    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/windows-tour.vps"), kAllHeld) << out.str();
-    EXPECT_TRUE(said("Programmierkabel abziehen"));
-}
-
-TEST_F(SessionTest, TheWizardsDemoBuildsUpAProm) {
-    EXPECT_EQ(play(VANTOR_SOURCE_DIR "/docs/demo/wizards.vps"), kAllHeld) << out.str();
-    EXPECT_TRUE(fs::exists("wizards-09-slug-out.png"));
-}
+INSTANTIATE_TEST_SUITE_P(Demo, EveryScript, testing::ValuesIn(scriptsOf("")), asTestName);
+INSTANTIATE_TEST_SUITE_P(Demo_models, EveryScript, testing::ValuesIn(scriptsOf("models/")),
+                         asTestName);
 
 TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("expect frmMain.cmbMarsMech ME111"), kAllHeld) << out.str();
