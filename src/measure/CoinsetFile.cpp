@@ -170,7 +170,7 @@ void storeFamilyData(std::string_view line, CoinsetData& coinset, NriNewData& nr
                 nri.compensation[i] = lenientInteger(value);
                 break;
             case DataKind::routeTexts:
-                nri.routeText.at(static_cast<std::size_t>(i)) = value;
+                nri.routeText.at(static_cast<std::size_t>(i)) = trimmed(value);
                 break;
         }
     }

@@ -170,9 +170,9 @@ bool NriComms::attempt() {
         check_.leaveSerialMode();
         answered = openWith(wanted.secondModeCommand);
     }
-    if (!answered && wanted.interfaceProbe && !probed_ && !givenUp()) {
+    if (!answered && wanted.interfaceProbe && !givenUp()) {
         check_.leaveSerialMode();
-        probeInterface();
+        if (!probed_) probeInterface();
     }
     return answered;
 }

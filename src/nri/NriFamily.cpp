@@ -194,7 +194,7 @@ void NriFamily::copyOldMemoryData() {
 }
 
 bool NriFamily::programAndVerify() {
-    if (!state_.oldImageWhole()) {
+    if (!memory_.oldMemoryTaken()) {
         memory_.tellNotProgrammed();
         return false;
     }

@@ -60,12 +60,6 @@ bool isDecimal(std::string_view text) {
     return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// Whole pairs of hexadecimal digits.
-bool isPairs(std::string_view text) {
-    return text.size() % 2 == 0 &&
-           text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
-}
-
 // --- steps
 
 NriReadStep blockStep(int block, int least) {
@@ -261,8 +255,13 @@ std::vector<NriReadStep> nriReadSteps(const NriShape& shape) {
 bool nriBlockSound(const NriShape& shape, const NriReadStep& step, std::string_view text) {
     const auto least = static_cast<std::size_t>(step.least);
     if (text.size() < least) return false;
-    if (shape.model.handshake) return least == 0 || isPairs(text);
+    if (shape.model.handshake) return least == 0 || isHexPairs(text);
     return step.lines == 1 || (text.size() == least && isDecimal(text));
+}
+
+bool isHexPairs(std::string_view text) {
+    return text.size() % 2 == 0 &&
+           text.find_first_not_of("0123456789ABCDEFabcdef") == std::string_view::npos;
 }
 
 NriFields decodeNriBlocks(const NriShape& shape, const NriBlockTexts& blocks) {
@@ -294,7 +293,7 @@ std::optional<std::array<int, kMaxParameters>> nriReading(
     const bool handshake = shape.model.handshake;
     const auto plainLength = static_cast<std::size_t>(kPlainDigits * shape.parameters);
     const bool whole =
-        handshake ? isPairs(answer) : answer.size() == plainLength && isDecimal(answer);
+        handshake ? isHexPairs(answer) : answer.size() == plainLength && isDecimal(answer);
     if (!whole) return std::nullopt;
     std::array<int, kMaxParameters> readings{};
     for (int p = 0; p < shape.parameters; ++p) {

@@ -64,6 +64,9 @@ struct NriReadStep {
 [[nodiscard]] bool nriBlockSound(const NriShape& shape, const NriReadStep& step,
                                  std::string_view text);
 
+/// Whole pairs of hexadecimal digits: a handshake mech takes any other letter for a command.
+[[nodiscard]] bool isHexPairs(std::string_view text);
+
 /// What the blocks mean. A field whose characters are missing is 0.
 [[nodiscard]] NriFields decodeNriBlocks(const NriShape& shape, const NriBlockTexts& blocks);
 

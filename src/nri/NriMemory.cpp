@@ -102,7 +102,7 @@ bool NriMemory::send(const std::vector<NriWrite>& writes) {
 }
 
 bool NriMemory::programNriMemory() {
-    if (!state_.oldImageWhole()) {
+    if (!oldMemoryTaken()) {
         tellNotProgrammed();
         return false;
     }

@@ -32,8 +32,8 @@ class NriMemory {
     bool readNriMemory();
     /// Writes the channel limits and the new fields, with today's date. True, and told so, when
     /// everything was sent and nothing refused; handshake models have acknowledged it then.
-    /// Without a whole read before nothing is sent, because half of what is written is carried
-    /// over from there.
+    /// Without a whole read and a take-over from it nothing is sent, because half of what is
+    /// written is carried over from there.
     bool programNriMemory();
     /// Sends the writes of a data file, between "J" and "W". True, and told so, as above.
     bool programBlocks(const std::vector<NriWrite>& writes);
@@ -42,6 +42,11 @@ class NriMemory {
     void tellSetupFailure(int first);
     void tellNotProgrammed();
 
+    /// The last read was whole, and so was the one that limits and fields were taken over from: a
+    /// later read does not give back what a failed one kept from them.
+    [[nodiscard]] bool oldMemoryTaken() const {
+        return state_.images.oldMemoryRead && state_.oldImageWhole();
+    }
     [[nodiscard]] NriShape shape() const { return nriShape(state_.mech.mechType); }
 
   private:

@@ -52,9 +52,10 @@ std::string tubeText(const NriFields& fields, std::size_t headerLength, int coun
     return text;
 }
 
-/// A route that is too short would leave the mech waiting for the rest.
+/// A route that is too short would leave the mech waiting for the rest, and a letter that is no
+/// digit would be a command to it.
 std::string wholeRoute(const std::string& text, std::size_t least) {
-    return text.size() >= least && text.size() % 2 == 0 ? text : std::string();
+    return text.size() >= least && isHexPairs(text) ? text : std::string();
 }
 
 std::string plainLimits(const NriShape& shape, const ChannelLimitTable& limits, int channel) {

@@ -120,7 +120,7 @@ TEST(CoinsetFile, FamilyData) {
     storeFamilyData("D,G40-0000X,1,2,3,4,5,6", coinset, nri);
     EXPECT_TRUE(coinset.compensationPresent);
     EXPECT_EQ(nri.compensation[5], 6);
-    storeFamilyData("D,G10-4000/5R,first,second", coinset, nri);
+    storeFamilyData("D,G10-4000/5R,first, second ", coinset, nri);
     EXPECT_EQ(nri.routeText[0] + nri.routeText[1], "firstsecond");
 }
 

@@ -167,6 +167,17 @@ TEST(NriTakeOver, AnIncompleteReadTakesNothingOver) {
     EXPECT_EQ(world.state.limits.channelLimits[1][2], 0);
     EXPECT_TRUE(world.transcript().ends_with("W"));
     EXPECT_FALSE(world.nri.programAndVerify());
+
+    // A good read later on, in the memory utilities, gives the new fields nothing either.
+    world.mech.silentTo.clear();
+    EXPECT_TRUE(world.nri.readMemory());
+    world.port.sent.clear();
+    EXPECT_FALSE(world.nri.programAndVerify());
+    EXPECT_EQ(world.transcript(), "");
+    EXPECT_TRUE(world.asked().ends_with("Error: Error Programming NRI Memory\n")) << world.asked();
+    world.nri.readOldMemory();
+    EXPECT_EQ(world.state.limits.channelLimits[1][2], 201);
+    EXPECT_TRUE(world.nri.programAndVerify());
 }
 
 // --- wizards -------------------------------------------------------------------------------

@@ -159,7 +159,7 @@ TEST(NriLayout, TheOtherHandshakeModelsWriteWhatTheyHave) {
                   "Z10 210000000000 200\nZ11 12345678 200\n");
     // What would leave the mech waiting for the rest is not sent at all.
     fields.header = "ABCDEF0";
-    fields.routeText = {"2100000000001", "123456"};
+    fields.routeText = {"21000000000Z", "123456"};
     EXPECT_EQ(joined(nriWrites(g10, sampleLimits(), fields, day)),
               channelWrites() + "Z02 010219 0\nZ0F  200\nZ10  200\nZ11  200\n");
 }

@@ -68,6 +68,12 @@ TEST(NriIdentify, ASilentModelAsksForTheInterfaceOnceAndWarnsOfAnOldOne) {
         world.interfaceAnswers = c.answers;
         EXPECT_FALSE(world.nri.readMemory());
         EXPECT_EQ(world.probes, 1) << "four attempts, one warning";
+        std::string expected;
+        for (int i = 0; i < 4; ++i) {
+            expected += kEnter + "$05I" + NriWorld::kLeave;
+            if (i == 0 && c.answers) expected += NriWorld::kLeave;  // the probe's own
+        }
+        EXPECT_EQ(world.transcript(), expected) << "every attempt enters serial mode anew";
         EXPECT_EQ(world.state.mech.manufacturer + world.state.mech.mechType, "NRIG18-3000");
         EXPECT_EQ(world.asked(), std::string(c.warned ? "G18 Warning: G18 requires Resistor Link "
                                                         "Modification\r\nor Alternative Interface "
@@ -200,6 +206,7 @@ struct Programmed : NriWorld {
     explicit Programmed(std::string_view model) : NriWorld(model) {
         EXPECT_TRUE(nri.readMemory());
         state.nri.next = state.nri.old;
+        state.images.oldMemoryRead = true;
         for (int channel = 1; channel <= kChannels; ++channel) {
             state.limits.channelLimits[channel][1] = 0x10;
             state.limits.channelLimits[channel][2] = 0x20 + channel;
