@@ -101,29 +101,65 @@ class PseudoTerminalRoad : public ::testing::Test {
     static int shownLimit(int box) {
         return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt();
     }
-    /// A Coin Controls mech; `word` holds the first window of the first channel.
-    void programCc(const std::string& model, int word) {
+    /// A mech with serial memory, from a coinset of its maker. `told` when it is programmed; then
+    /// the mech's memory holds `content()` in `cell`.
+    void programSerial(const std::string& model, const std::string& list, const std::string& button,
+                       const std::string& coinset, const std::string& told, int cell,
+                       const std::function<std::string()>& content) {
         startBox({"--model", QString::fromStdString(model), "--prom", "none"});
         measure(
-            [this, model] {
-                choose("frmMain.cmbCCmech", model);
-                click("frmMain.cmdCCprog");
+            [this, model, list, button] {
+                choose("frmMain." + list, model);
+                click("frmMain." + button);
             },
-            "CC." + model +
-                ",\"Short\",SHORT,1.0\r\n\r\n"
-                "CD,5 Pell,01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
-                "S,Steel Washer,3,2,40,2,40,2,40\r\n")
+            coinset)
             .when("limits window", ready("frmPROM"), [this] { click("frmPROM.cmdProgPROM"); })
-            .answer("EEPROM Verified OK", QMessageBox::Ok);
+            .answer(told, QMessageBox::Ok);
         play();
         EXPECT_TRUE(hands.done());
         EXPECT_FALSE(ended);
         ASSERT_GT(shownLimit(0), 0);
-        const auto window = static_cast<unsigned>(shownLimit(1) * 256 + shownLimit(0));
-        const auto answer = benchAnswer("expect-memory " + std::to_string(word) + " " +
-                                        hex(window, 4) + "\nshow-memory");
-        EXPECT_NE(answer.find(hex(window, 4)), std::string::npos) << answer;
+        const std::string expected = content();
+        const auto answer =
+            benchAnswer("expect-memory " + std::to_string(cell) + " " + expected + "\nshow-memory");
+        EXPECT_NE(answer.find(expected), std::string::npos) << answer;
         EXPECT_EQ(answer.find("error"), std::string::npos) << answer;
+    }
+    /// `word` holds the first window of the first channel.
+    void programCc(const std::string& model, int word) {
+        programSerial(model, "cmbCCmech", "cmdCCprog",
+                      "CC." + model +
+                          ",\"Short\",SHORT,1.0\r\n\r\n"
+                          "CD,5 Pell,01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
+                          "S,Steel Washer,3,2,40,2,40,2,40\r\n",
+                      "EEPROM Verified OK", word, [] {
+                          return hex(static_cast<unsigned>(shownLimit(1) * 256 + shownLimit(0)), 4);
+                      });
+    }
+    /// `block` holds the windows of the first channel: hexadecimal pairs of high and low, or the
+    /// highs and then the lows in decimal.
+    void programNri(const std::string& model, int parameters, int block, bool decimal) {
+        std::string coin = "CD,5 Pell,Coin 01,4";
+        std::string slug = "S,Steel Washer,3";
+        for (int p = 0; p < parameters; ++p) {
+            coin += ",3,-2,3,2,40";
+            slug += ",2,40";
+        }
+        programSerial(
+            model, "cmbNRImech", "cmdNRIprog",
+            "NRI." + model + ",\"Short\",SHORT,1.0\r\n\r\n" + coin + "\r\n" + slug + "\r\n",
+            "NRI Memory Programmed OK", block, [parameters, decimal] {
+                std::string pairs, highs, lows;
+                for (int i = 0; i < 2 * parameters; i += 2) {
+                    const int low = shownLimit(i);
+                    const int high = shownLimit(i + 1);
+                    pairs +=
+                        hex(static_cast<unsigned>(high), 2) + hex(static_cast<unsigned>(low), 2);
+                    highs += padded(high, 3);
+                    lows += padded(low, 3);
+                }
+                return decimal ? highs + lows : pairs;
+            });
     }
 
     QTemporaryDir directory;
@@ -182,6 +218,14 @@ TEST_F(PseudoTerminalRoad, ProgramsA335OverTheRealSerialPort) {
 
 TEST_F(PseudoTerminalRoad, ProgramsASentinelOverTheRealSerialPort) {
     programCc("Sentinel", 0);
+}
+
+TEST_F(PseudoTerminalRoad, ProgramsAG18_3000OverTheRealSerialPort) {
+    programNri("G18-3000", 6, 4, false);
+}
+
+TEST_F(PseudoTerminalRoad, ProgramsAG13_0000OverTheRealSerialPort) {
+    programNri("G13-0000", 4, 1, true);
 }
 
 }  // namespace
