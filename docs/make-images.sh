@@ -48,6 +48,11 @@ pictures="
 45-eeprom-words eeprom-utilities
 47-eeprom-settings eeprom-settings
 50-validator-test-binary validator-test-binary
+61-wizards-G13 wizards-G13
+62-limits-G13 limits-G13
+65-nri-limits nri-limits
+66-nri-map nri-map
+74-nri-other-G40 nri-other
 "
 play_tour English
 while read -r picture name; do
