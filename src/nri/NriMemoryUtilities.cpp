@@ -18,7 +18,7 @@ constexpr int kCloseError = 900;
 void NriMemoryUtilities::openFromMain() {
     const auto step = [this](auto&& what) { errors_.attempt(kOpenFromMainError, what); };
     step([this] { applyMechType(state_.mech, state_.messages); });
-    step([this] { family_.utilities().readMemory(); });
+    step([this] { family_.readMemory(); });
     state_.limits.utilitiesFromLimits = false;
     step([this] { open(); });
 }
@@ -27,7 +27,8 @@ void NriMemoryUtilities::openFromLimits() {
     const auto step = [this](auto&& what) { errors_.attempt(kOpenFromLimitsError, what); };
     step([this] { link_.sendJ(); });
     state_.limits.utilitiesFromLimits = true;
-    step([this] { family_.utilities().readMemory(); });
+    step([this] { link_.sendJ(); });
+    step([this] { family_.readMemory(); });
     step([this] { open(); });
 }
 
@@ -88,7 +89,7 @@ void NriMemoryUtilities::saveToFile() {
 
 void NriMemoryUtilities::programmeFromFile() {
     errors_.attempt(914, [this] {
-        if (family_.utilities().NRIprogramme()) family_.utilities().readMemory();
+        if (family_.utilities().NRIprogramme()) family_.readMemory();
     });
     displayEEPROM();
 }

@@ -63,6 +63,13 @@ class NriRoad : public Road {
     [[nodiscard]] std::string dump(const std::string& model) const {
         return readFile(folder() / (fileStem(model) + "temp.txt")).value_or("(none)");
     }
+    /// "J" and "W" as they were sent.
+    [[nodiscard]] std::string switches() {
+        letTheLineClear();
+        std::string sent = box.sentByPc();
+        std::erase_if(sent, [](char c) { return c != 'J' && c != 'W'; });
+        return sent;
+    }
     void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
     void expectCommandMode() {
         letTheLineClear();
@@ -166,6 +173,7 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     ASSERT_TRUE(visible("frmNRIdata")) << last();
     EXPECT_FALSE(visible("frmPROM") || visible("frmMain"));
     EXPECT_TRUE(box.sentByPc().starts_with("JJ")) << box.sentByPc().substr(0, 20);
+    EXPECT_EQ(switches(), "JJ") << "the window's own W comes when it closes";
     EXPECT_EQ(dump(road.model), fileText(expected));
     EXPECT_EQ(label("frmNRIdata.lblmechType"), road.model);
     const std::string first = padded(limits[0][0], 3) + " " + padded(limits[0][1], 3);
@@ -304,8 +312,10 @@ class NriWindowRoad : public NriRoad {};
 TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     openNri("G18-3000");
     const Blocks good = blocks();
+    box.clearTranscript();
     click("frmMain.cmdNRIprom");
     ASSERT_TRUE(visible("frmNRIdata")) << last();
+    EXPECT_EQ(switches(), "J") << "of the check of the box";
     EXPECT_FALSE(visible("frmMain"));
     EXPECT_FALSE(enabled("frmMain.cmdNRIprom"));
     choose("frmNRIdata.cmbDisplay", "Compensation Map");
@@ -316,7 +326,9 @@ TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     click("frmNRIdata.cmdSave");
     EXPECT_EQ(readFile(folder() / "nri.txt"), fileText(good));
     ASSERT_TRUE(box.mech()->setMemory(26, "0102030405FF"));
+    box.clearTranscript();
     click("frmNRIdata.cmdReadPROM");
+    EXPECT_EQ(switches(), "JW");
     EXPECT_NE(pane().find("CP1H = 001   CP1L = 002"), std::string::npos) << pane();
     technician.instead("Overwrite Existing File", QMessageBox::Cancel);
     click("frmNRIdata.cmdSave");
@@ -337,6 +349,7 @@ TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     EXPECT_TRUE(technician.allExceptionsUsed());
     EXPECT_EQ(box.sentByPc(), "");
     click("frmNRIdata.cmdProgramme");
+    EXPECT_EQ(switches(), "JW") << "around the writing";
     EXPECT_TRUE(technician.saw("OK|Data Written OK")) << last();
     EXPECT_EQ(blocks(), good);
     EXPECT_NE(pane().find("CP1H = 128"), std::string::npos) << pane();
