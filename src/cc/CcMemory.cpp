@@ -94,6 +94,8 @@ void CcMemory::closeEepromSession() {
     link_.sendString(kEnd);
     link_.waitFor(kChannelMs, state_.box.i2cAckFlag);
     check_.leaveSerialMode();
+    // A spoilt coin frame meanwhile was asked for again, which has set it going.
+    link_.setKeepAlive(false);
 }
 
 void CcMemory::settle() {

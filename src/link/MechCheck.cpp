@@ -90,6 +90,8 @@ void MechCheck::leaveSerialMode() {
     // What the mech still had to say must not stand before the box's line.
     state_.link.lineBuffer.clear();
     link_.waitFor(kModeMs, state_.box.commandModeFlag);
+    // Whoever gave up entering serial mode may have been told only now that it was entered.
+    state_.box.serialModeFlag = false;
     link_.sendEscapes(kLeaveEscapes);
     // The box answers the ESC characters, not the break, so it is given time to.
     if (link_.waitFor(kModeMs, state_.box.commandModeFlag)) return;

@@ -95,6 +95,7 @@ TEST(CcCoinData, TheKeepAliveRunsWhileNoCoinFalls) {
     EXPECT_EQ(world.port.sent, "\xFF\xFF");
     world.loop.advance(std::chrono::milliseconds(6000));
     EXPECT_EQ(world.port.sent, "\xFF\xFF\xFF\xFF");
+    world.port.receive(bytes({0x3F, 10, 20, 30, 0}), 2);  // spoilt, while the session closes
     world.cc.disableCoinData();
     world.port.sent.clear();
     world.loop.advance(std::chrono::milliseconds(20000));

@@ -76,6 +76,19 @@ TEST(MechCheck, LeavingSerialModeWaitsForTheBoxAfterTheEscapes) {
     EXPECT_TRUE(world.prompts.asked.empty());
 }
 
+TEST(MechCheck, AConfirmationThatComesAfterTheCancelDoesNotOutlastTheLeaving) {
+    LinkWorld world;
+    world.select(kCoinControls, "435");
+    world.port.answer("$05", "*S\r", 300);
+    world.loop.callAfter(std::chrono::milliseconds(50),
+                         [&] { world.state.gather.abortFlag = true; });
+    EXPECT_FALSE(world.check.enterSerialMode("$05"));
+    world.port.receive("*R\r", 760);
+    world.check.leaveSerialMode();
+    EXPECT_FALSE(world.state.box.serialModeFlag);
+    EXPECT_TRUE(world.prompts.asked.empty());
+}
+
 TEST(MechCheck, ABoxStuckInSerialModeIsToldAfterTheCheckFailed) {
     LinkWorld world;
     world.state.box.serialModeFlag = true;
