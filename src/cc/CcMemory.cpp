@@ -196,7 +196,7 @@ void CcMemory::readCcEeprom() {
         SessionGuard session(*this);
         if (!openForReading()) {
             session.dismiss();
-            tell(102, state_.msgText(129));
+            if (!state_.gather.abortFlag) tell(102, state_.msgText(129));
             return;
         }
         bool complete = false;

@@ -139,8 +139,8 @@ int SentinelMemory::readSentinelWord(int address) {
     errors_.attempt(332, [&] {
         const std::string command = "M00" + hexByte(kRead + address % kWords) + "0102\r";
         state_.box.wordReadyFlag = sentinelCommand(command, 2, kReplyMs);
-        const auto reply = wordIn(state_.box.replyText);
-        if (state_.box.wordReadyFlag && reply) {
+        // Only the end of its line may be missing.
+        if (const auto reply = wordIn(state_.box.replyText)) {
             word = *reply;
             return;
         }
