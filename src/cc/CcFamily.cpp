@@ -115,8 +115,9 @@ void CcFamily::rebuildImage() {
 }
 
 bool CcFamily::programAndVerify() {
-    // The new image is the old one with changes: without the old one it would erase the rest.
-    if (!state_.oldImageWhole()) {
+    // The new image is the old one with changes: without the old one it would erase the rest. And
+    // a later read does not give back the limits that a failed one kept from being taken over.
+    if (!state_.images.oldMemoryRead || !state_.oldImageWhole()) {
         memory_.tellIncomplete();
         return false;
     }

@@ -96,8 +96,14 @@ TEST(CcOldMemory, WhatWasNotReadIsNotTakenOverAndNothingIsProgrammed) {
     EXPECT_EQ(world.told(), "! Error: Timeout reading Coin Mech EEPROM\n");
     EXPECT_EQ(world.port.sent, "");
 
-    // A whole read of another model is none of this one.
+    // A good read later on, in the EEPROM utilities, takes nothing over either.
     world.box.silentRead = -1;
+    EXPECT_TRUE(world.cc.readMemory());
+    world.port.sent.clear();
+    EXPECT_FALSE(world.cc.programAndVerify());
+    EXPECT_EQ(world.port.sent, "");
+
+    // A whole read of another model is none of this one.
     world.cc.readOldMemory();
     world.select(kCoinControls, "220B");
     world.port.sent.clear();
