@@ -1,28 +1,24 @@
 #include "app/MainActions.h"
 
-#include <algorithm>
-
 namespace vantor {
 
 namespace {
 
 constexpr int kMainError = 815;
-constexpr std::array<std::string_view, 3> kUtilities = {"cmdPROMutilities", "cmdCCprom",
-                                                        "cmdNRIprom"};
 
 }  // namespace
 
 const std::array<MainActions::Action, 9>& MainActions::table() {
     static constexpr std::array<Action, 9> kTable = {{
-        {"cmdMars", "cmbMarsMech", kMars, 805, true, &MainActions::programMech},
-        {"cmdValtest", "cmbMarsMech", kMars, 808, false, &MainActions::validatorTest},
-        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, &MainActions::memoryUtilities},
-        {"cmdCCprog", "cmbCCmech", kCoinControls, 800, false, &MainActions::programMech},
-        {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, &MainActions::validatorTest},
-        {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, &MainActions::memoryUtilities},
-        {"cmdNRIprog", "cmbNRImech", kNri, 801, false, &MainActions::programMech},
-        {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, &MainActions::validatorTest},
-        {"cmdNRIprom", "cmbNRImech", kNri, 802, false, &MainActions::memoryUtilities},
+        {"cmdMars", "cmbMarsMech", kMars, 805, true, Work::programMech},
+        {"cmdValtest", "cmbMarsMech", kMars, 808, false, Work::validatorTest},
+        {"cmdPROMutilities", "cmbMarsMech", kMars, 807, false, Work::memoryUtilities},
+        {"cmdCCprog", "cmbCCmech", kCoinControls, 800, false, Work::programMech},
+        {"cmdCCValTest", "cmbCCmech", kCoinControls, 804, false, Work::validatorTest},
+        {"cmdCCprom", "cmbCCmech", kCoinControls, 803, false, Work::memoryUtilities},
+        {"cmdNRIprog", "cmbNRImech", kNri, 801, false, Work::programMech},
+        {"cmdNRIvaltest", "cmbNRImech", kNri, 806, false, Work::validatorTest},
+        {"cmdNRIprom", "cmbNRImech", kNri, 802, false, Work::memoryUtilities},
     }};
     return kTable;
 }
@@ -63,34 +59,37 @@ void MainActions::startOffering() {
 
 void MainActions::enableAll(bool enabled) {
     p_.main.enableModelLists(enabled);
-    for (const Action& action : table()) offer(action, enabled);
+    for (const Action& action : table()) p_.main.enableAction(action.button, enabled);
 }
 
 void MainActions::enableUtilities(bool enabled) {
-    for (const Action& action : table()) {
-        if (std::ranges::count(kUtilities, action.button) > 0) offer(action, enabled);
-    }
+    enableAllOf(Work::memoryUtilities, enabled);
 }
 
 void MainActions::enableValidatorTests(bool enabled) {
-    for (const Action& action : table()) {
-        if (action.perform == &MainActions::validatorTest) offer(action, enabled);
-    }
+    enableAllOf(Work::validatorTest, enabled);
 }
 
-void MainActions::offer(const Action& action, bool enabled) {
-    const bool available = action.perform != nullptr && p_.families.find(action.maker) != nullptr;
-    p_.main.offerAction(action.button, enabled, available);
+void MainActions::enableAllOf(Work work, bool enabled) {
+    for (const Action& action : table()) {
+        if (action.work == work) p_.main.enableAction(action.button, enabled);
+    }
 }
 
 void MainActions::perform(const Action& action) {
     p_.state.mech.manufacturer = action.maker;
     p_.state.mech.mechType = p_.main.chosenModel(action.list);
-    if (action.perform != nullptr) (this->*action.perform)(action);
-}
-
-void MainActions::validatorTest(const Action& action) {
-    if (openValidatorTest) openValidatorTest(action.errorMessage);
+    switch (action.work) {
+        case Work::programMech:
+            programMech(action);
+            break;
+        case Work::validatorTest:
+            if (openValidatorTest) openValidatorTest(action.errorMessage);
+            break;
+        case Work::memoryUtilities:
+            if (mechAnswers(action) && openMemoryUtilities) openMemoryUtilities();
+            break;
+    }
 }
 
 bool MainActions::mechAnswers(const Action& action) {
@@ -111,10 +110,6 @@ void MainActions::programMech(const Action& action) {
     step([this] {
         if (openMeasurement) openMeasurement();
     });
-}
-
-void MainActions::memoryUtilities(const Action& action) {
-    if (mechAnswers(action) && openMemoryUtilities) openMemoryUtilities();
 }
 
 }  // namespace vantor

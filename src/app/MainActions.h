@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <string_view>
 
@@ -8,7 +9,6 @@
 #include "catalogue/ErrorReporter.h"
 #include "catalogue/SessionState.h"
 #include "link/MechCheck.h"
-#include "link/MechFamily.h"
 #include "link/ProgrammerLink.h"
 #include "platform/qt/ActionFrame.h"
 
@@ -23,7 +23,6 @@ class MainActions {
         ActionFrame& actions;
         ProgrammerLink& link;
         MechCheck& check;
-        const Families& families;
         FrmMain& main;
         ConfigPanel& config;
     };
@@ -49,24 +48,22 @@ class MainActions {
     void enableValidatorTests(bool enabled);
 
   private:
+    enum class Work { programMech, validatorTest, memoryUtilities };
     struct Action {
         const char* button;
         const char* list;  ///< of models
         std::string_view maker;
         int errorMessage;
         bool detect;  ///< the box must see a validator
-        /// nullptr: there is no such action yet.
-        void (MainActions::*perform)(const Action&);
+        Work work;
     };
     static const std::array<Action, 9>& table();
 
     void perform(const Action& action);
     [[nodiscard]] bool mechAnswers(const Action& action);
     void programMech(const Action& action);
-    void memoryUtilities(const Action& action);
-    void offer(const Action& action, bool enabled);
-    void validatorTest(const Action& action);
     void enableAll(bool enabled);
+    void enableAllOf(Work work, bool enabled);
 
     Parts p_;
     bool offering_ = false;

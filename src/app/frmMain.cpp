@@ -142,8 +142,8 @@ void FrmMain::enableModelLists(bool enabled) {
     }
 }
 
-void FrmMain::offerAction(const char* name, bool wanted, bool available) {
-    offer(actions_, button(name), wanted, available);
+void FrmMain::enableAction(const char* name, bool enabled) {
+    actions_.setEnabled(button(name), enabled);
 }
 
 std::string FrmMain::chosenModel(const char* list) const {

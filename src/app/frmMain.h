@@ -48,8 +48,7 @@ class FrmMain final : public QWidget {
     void enableConfigButtons(bool change, bool cancel);
     /// The model lists; the action buttons are enabled one by one.
     void enableModelLists(bool enabled);
-    /// A button that is not `available` stays disabled, and its tool tip says why.
-    void offerAction(const char* button, bool wanted, bool available);
+    void enableAction(const char* button, bool enabled);
 
     /// Shown text of a model list, by its name ("cmbMarsMech").
     [[nodiscard]] std::string chosenModel(const char* list) const;

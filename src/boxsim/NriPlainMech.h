@@ -6,14 +6,16 @@ namespace vantor::boxsim {
 
 /// G13-0000, G18-0000 and G10-4000: decimal digits and no acknowledgements.
 ///
-///     I                              identity, CR
-///     V c                            8 lines of three digits: the highs, then the lows of channel
-///     c Y                              7 lines of three: multiplier, values of channels 6 to 1 X
-///     (G10-4000) one line: header, tubes, values Z                              one line with the
-///     date of the last adjustment T                              after the next coin: four lines
-///     of three digits D c highs CR lows CR           sets the windows of channel c B multiplier
-///     values CR         as Y has them F header, tubes, values :: CR  as X has them E dd/mm/yy CR
-///     sets the date
+///     I                               identity, CR
+///     V c                             8 lines of three digits: highs, then lows of channel c
+///     Y                               7 lines of three: multiplier, values of channels 6 to 1
+///     X                               (G10-4000) one line: header, tubes, values
+///     Z                               one line with the date of the last adjustment
+///     T                               after the next coin: four lines of three digits
+///     D c highs CR lows CR            sets the windows of channel c
+///     B multiplier values CR          as Y has them
+///     F header, tubes, values :: CR   as X has them
+///     E dd/mm/yy CR                   sets the date
 ///
 /// What is not of this form is not stored; what belongs to no command is skipped.
 class NriPlainMech final : public NriMech {

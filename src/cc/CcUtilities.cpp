@@ -1,22 +1,26 @@
 #include "cc/CcUtilities.h"
 
-#include "catalogue/FileNames.h"
 #include "catalogue/Text.h"
 #include "cc/EepromFile.h"
-#include "platform/Files.h"
 
 namespace vantor {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr const char* kExtension = ".txt";
-constexpr const char* kPattern = "*.txt";
-constexpr const char* kFolder = "CoinSets";
 constexpr const char* kOpenTitle = "Open File";
+constexpr MemoryFileTexts kFileTexts = {
+    .saveTitle = 717, .overwrite = 718, .warning = 719, .noSuchFile = 701, .error = 702};
 
 }  // namespace
+
+CcUtilities::CcUtilities(SessionState& state, ProgrammerLink& link, Prompts& prompts,
+                         ErrorReporter& errors, CcMemory& memory)
+    : state_(state),
+      link_(link),
+      prompts_(prompts),
+      errors_(errors),
+      memory_(memory),
+      files_(state, prompts, kFileTexts) {}
 
 bool CcUtilities::readEeprom() {
     CcFlow flow(state_, link_, memory_);
@@ -33,20 +37,9 @@ void CcUtilities::tell(int title, int text) {
 
 void CcUtilities::saveToFile() {
     errors_.attempt(720, [this] {
-        const auto chosen = prompts_.askFile({.title = state_.msgText(717),
-                                              .pattern = kPattern,
-                                              .startFolder = state_.app.folder / kFolder,
-                                              .saving = true});
-        if (!chosen || chosen->empty()) return;
-        const fs::path file = withExtension(*chosen, kExtension);
-        if (fs::exists(file) && prompts_.ask({.title = state_.msgText(719),
-                                              .text = state_.msgText(718),
-                                              .icon = PromptIcon::exclamation,
-                                              .buttons = PromptButtons::okCancel}) != Answer::ok) {
-            return;
-        }
-        writeFileWhole(file,
-                       eepromFileText(state_.images.old, ccShape(state_.mech.mechType).words));
+        files_.save([this] {
+            return eepromFileText(state_.images.old, ccShape(state_.mech.mechType).words);
+        });
     });
 }
 
@@ -70,24 +63,11 @@ bool CcUtilities::eeProgramme() {
 }
 
 bool CcUtilities::programFile() {
-    const auto chosen = prompts_.askFile(
-        {.title = kOpenTitle, .pattern = kPattern, .startFolder = state_.app.folder / kFolder});
-    if (!chosen || chosen->empty()) return false;
-    const fs::path path = withNewExtension(*chosen, kExtension);
-    const auto bytes = readFile(path);
-    if (!bytes) {
-        tell(702, 701);
-        return false;
-    }
-    const EepromFile file =
-        parseEepromFile(fromFileBytes(*bytes), ccShape(state_.mech.mechType).words);
+    const auto opened = files_.open(kOpenTitle);
+    if (!opened) return false;
+    const EepromFile file = parseEepromFile(opened->text, ccShape(state_.mech.mechType).words);
     state_.images.next = file.image;
-    if (file.skipped > 0) {
-        prompts_.notice({.title = state_.msgText(719),
-                         .text = shownFileName(path) + ": " + std::to_string(file.skipped) +
-                                 " lines are no words of an EEPROM and were skipped",
-                         .icon = PromptIcon::exclamation});
-    }
+    files_.tellSkipped(opened->path, file.skipped, "words of an EEPROM");
     return confirm(704, 703, file.given) && memory_.programme();
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <filesystem>
-
 #include "cc/CcMemory.h"
+#include "link/MemoryFiles.h"
 
 namespace vantor {
 
@@ -10,8 +9,7 @@ namespace vantor {
 class CcUtilities {
   public:
     CcUtilities(SessionState& state, ProgrammerLink& link, Prompts& prompts, ErrorReporter& errors,
-                CcMemory& memory)
-        : state_(state), link_(link), prompts_(prompts), errors_(errors), memory_(memory) {}
+                CcMemory& memory);
 
     /// "J", read, "W"; true when every word came.
     bool readEeprom();
@@ -40,6 +38,7 @@ class CcUtilities {
     Prompts& prompts_;
     ErrorReporter& errors_;
     CcMemory& memory_;
+    MemoryFiles files_;
 };
 
 }  // namespace vantor

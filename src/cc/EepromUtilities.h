@@ -2,7 +2,7 @@
 
 #include "cc/CcFamily.h"
 #include "cc/EepromText.h"
-#include "cc/EepromUtilitiesDisplay.h"
+#include "cc/RoutingDisplay.h"
 #include "link/MemoryUtilities.h"
 
 namespace vantor {
@@ -11,9 +11,11 @@ namespace vantor {
 /// programming it from a file, and editing a 435's routing.
 class EepromUtilities final : public MemoryUtilities {
   public:
+    static constexpr int kRoutingError = 716;
+
+    /// `display` and `boxes` are two sides of the same window.
     EepromUtilities(SessionState& state, ProgrammerLink& link, ErrorReporter& errors,
-                    CcFamily& family, EepromUtilitiesDisplay& display)
-        : state_(state), link_(link), errors_(errors), family_(family), display_(display) {}
+                    CcFamily& family, MemoryDisplay& display, RoutingDisplay& boxes);
 
     [[nodiscard]] std::string_view maker() const override { return family_.code(); }
     /// Reads the mech, then opens the window, also after a failed read: from a file the mech may
@@ -22,26 +24,19 @@ class EepromUtilities final : public MemoryUtilities {
     /// Reads the mech over what the session holds of it, then opens the window.
     void openFromLimits() override;
 
-    // --- buttons and choices
-    void changeView();
-    void readEeprom();
-    void saveToFile();
-    void programmeFromFile();
+    void readMemory() override;
+    void saveToFile() override;
+    void programmeFromFile() override;
     /// The boxes keep what was typed unless the mech was written.
     void programmeRouting();
-    void closeWindow();
+
+  protected:
+    [[nodiscard]] std::vector<int> viewCaptions() const override;
+    void showView(std::size_t view) override;
 
   private:
-    void open();
-    void setup();
-    void displayEEPROM();
-    void showView(EepromView view);
-
-    SessionState& state_;
-    ProgrammerLink& link_;
-    ErrorReporter& errors_;
     CcFamily& family_;
-    EepromUtilitiesDisplay& display_;
+    RoutingDisplay& boxes_;
 };
 
 }  // namespace vantor

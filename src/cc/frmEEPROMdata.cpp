@@ -1,10 +1,7 @@
 #include "cc/frmEEPROMdata.h"
 
-#include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <functional>
-#include <utility>
 
 #include "catalogue/Text.h"
 #include "cc/EepromUtilities.h"
@@ -16,9 +13,6 @@
 namespace vantor {
 
 namespace {
-
-constexpr int kCloseError = 700, kFileError = 705, kReadError = 706, kViewError = 707,
-              kRoutingError = 716, kSaveError = 720;
 
 // The widest line is one of words; the longest text has the limits of 16 channels.
 constexpr int kPaneColumns = 86;
@@ -38,21 +32,18 @@ void makeCodeBox(QLineEdit* box, const char* widest) {
 }  // namespace
 
 FrmEEPROMdata::FrmEEPROMdata(const SessionState& state, ActionFrame& actions)
-    : state_(state), actions_(actions), ui_(std::make_unique<Ui::frmEEPROMdata>()) {
+    : FrmMemory(state, actions), ui_(std::make_unique<Ui::frmEEPROMdata>()) {
     ui_->setupUi(this);
     makeTextPane(ui_->lblPROM, kPaneColumns, kPaneLines);
-    makeField(ui_->lblmechType);
     makeSettingRows();
-    showPlainText(this);
-    connectControls();
     setTabs();
-    actions_.adopt(this);
-    actions_.onBusyChange([this](bool busy) {
-        if (!busy && isVisible() && (!focusWidget() || focusWidget() == this)) {
-            ui_->cmdReadPROM->setFocus();
-        }
-    });
-    closeEepromWindow();
+    takeOver({.lblmechType = ui_->lblmechType,
+              .cmbDisplay = ui_->cmbDisplay,
+              .lblPROM = ui_->lblPROM,
+              .cmdReadPROM = ui_->cmdReadPROM,
+              .cmdSave = ui_->cmdSave,
+              .cmdProgramme = ui_->cmdProgramme,
+              .cmdBye = ui_->cmdBye});
 }
 
 FrmEEPROMdata::~FrmEEPROMdata() = default;
@@ -90,20 +81,10 @@ void FrmEEPROMdata::makeSettingRows() {
     makeCodeBox(ui_->txtPlugDefault, "W");
 }
 
-void FrmEEPROMdata::connectControls() {
-    const auto action = [this](auto* control, auto signal, int errorMessage,
-                               std::function<void()> work) {
-        connect(control, signal, this,
-                [this, errorMessage, call = std::move(work)] { actions_.run(errorMessage, call); });
-    };
-    const auto clicked = &QPushButton::clicked;
-    action(ui_->cmbDisplay, &QComboBox::activated, kViewError,
-           [this] { utilities_->changeView(); });
-    action(ui_->cmdReadPROM, clicked, kReadError, [this] { utilities_->readEeprom(); });
-    action(ui_->cmdSave, clicked, kSaveError, [this] { utilities_->saveToFile(); });
-    action(ui_->cmdProgramme, clicked, kFileError, [this] { utilities_->programmeFromFile(); });
-    action(ui_->cmdRouting, clicked, kRoutingError, [this] { utilities_->programmeRouting(); });
-    action(ui_->cmdBye, clicked, kCloseError, [this] { utilities_->closeWindow(); });
+void FrmEEPROMdata::setUtilities(EepromUtilities& utilities) {
+    FrmMemory::setUtilities(utilities);
+    actions_.onClick(ui_->cmdRouting, EepromUtilities::kRoutingError,
+                     [&utilities] { utilities.programmeRouting(); });
 }
 
 void FrmEEPROMdata::setTabs() {
@@ -119,16 +100,9 @@ void FrmEEPROMdata::setTabs() {
     chainTabs(order);
 }
 
-void FrmEEPROMdata::closeEvent(QCloseEvent* event) {
-    event->ignore();
-    if (isVisible()) actions_.run(kCloseError, [this] { utilities_->closeWindow(); });
-}
-
 // --- contents ------------------------------------------------------------------------------
 
 void FrmEEPROMdata::applyCaptions() {
-    const auto message = [this](int number) { return toQt(state_.msgText(number)); };
-    const auto caption = [this](int number) { return toCaption(state_.msgText(number)); };
     setWindowTitle(message(1232));
     ui_->Label1->setText(message(750));
     ui_->frm435->setTitle(caption(751));
@@ -151,43 +125,13 @@ void FrmEEPROMdata::applyCaptions() {
     ui_->cmdBye->setText(caption(768));
 }
 
-void FrmEEPROMdata::loadEepromWindow() {
-    applyCaptions();
+void FrmEEPROMdata::clear() {
     fillSettings({});
-    showEepromText({});
+    showText({});
 }
 
-void FrmEEPROMdata::showEepromWindow() {
-    if (!isVisible()) fitToContents(this);
-    show();
-    raise();
-    activateWindow();
-}
-
-void FrmEEPROMdata::closeEepromWindow() {
-    hide();
-    showEepromMechType({});
-    listEepromViews({});
-    fillSettings({});
-    showEepromText({});
-}
-
-void FrmEEPROMdata::showEepromMechType(const std::string& mechType) {
-    ui_->lblmechType->setText(toQt(mechType));
-}
-
-void FrmEEPROMdata::listEepromViews(const std::vector<std::string>& entries) {
-    ui_->cmbDisplay->clear();
-    for (const std::string& entry : entries) ui_->cmbDisplay->addItem(toQt(entry));
-    ui_->cmbDisplay->setCurrentIndex(entries.empty() ? -1 : 0);
-}
-
-int FrmEEPROMdata::chosenEepromView() const {
-    return ui_->cmbDisplay->currentIndex();
-}
-
-void FrmEEPROMdata::showEepromText(const std::string& text) {
-    ui_->lblPROM->setPlainText(toBoxText(text));
+void FrmEEPROMdata::showText(const std::string& text) {
+    FrmMemory::showText(text);
     ui_->stkViews->setCurrentWidget(ui_->pagText);
     offerWriting(true, false);
 }

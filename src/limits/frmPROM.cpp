@@ -118,24 +118,19 @@ void FrmPROM::makeControls() {
 
 void FrmPROM::connectButtons() {
     for (int i = 0; i < int(optSeg_.size()); ++i) {
-        connect(member(optSeg_, i), &QRadioButton::clicked, this, [this, i] {
-            actions_.run(kMsgSegmentError, [this, i] { review_->selectSegment(i); });
-        });
+        actions_.onClick(member(optSeg_, i), kMsgSegmentError,
+                         [this, i] { review_->selectSegment(i); });
     }
     connect(ui_->optBipolarPROM, &QRadioButton::clicked, this,
             [this] { state_.prom.target = TargetProm::bipolar; });
     connect(ui_->optVantorPROM, &QRadioButton::clicked, this,
             [this] { state_.prom.target = TargetProm::vantorE1; });
-    const auto action = [this](QPushButton* button, int errorMessage, std::function<void()> what) {
-        connect(button, &QPushButton::clicked, this,
-                [this, errorMessage, what = std::move(what)] { actions_.run(errorMessage, what); });
-    };
-    action(ui_->cmdChangeLimits, kMsgChangeError, [this] { review_->changeLimits(); });
-    action(ui_->cmdRestore, kMsgRestoreError, [this] { review_->restoreLimits(); });
-    action(ui_->cmdProgPROM, kMsgProgramError, [this] { review_->programNew(); });
-    action(ui_->cmdValtest, kMsgValtestError, [this] { validatorTest(); });
-    action(ui_->cmdPROMutilities, kMsgUtilitiesError, [this] { utilities(); });
-    action(ui_->cmdBack1, kMsgBackError, [this] { goBack(); });
+    actions_.onClick(ui_->cmdChangeLimits, kMsgChangeError, [this] { review_->changeLimits(); });
+    actions_.onClick(ui_->cmdRestore, kMsgRestoreError, [this] { review_->restoreLimits(); });
+    actions_.onClick(ui_->cmdProgPROM, kMsgProgramError, [this] { review_->programNew(); });
+    actions_.onClick(ui_->cmdValtest, kMsgValtestError, [this] { validatorTest(); });
+    actions_.onClick(ui_->cmdPROMutilities, kMsgUtilitiesError, [this] { utilities(); });
+    actions_.onClick(ui_->cmdBack1, kMsgBackError, [this] { goBack(); });
 }
 
 void FrmPROM::setTabs() {
@@ -180,7 +175,6 @@ void FrmPROM::applyLayoutCaptions() {
 
 void FrmPROM::openWindow() {
     if (!isVisible()) applyCaptions();
-    offerButtons();
     show();
     raise();
     activateWindow();
@@ -198,8 +192,7 @@ void FrmPROM::closeWindow() {
     ui_->lblSize->clear();
     state_.prom.target = TargetProm::vantorE1;
     showTarget();
-    validatorTestWanted_ = false;
-    offerButtons();
+    enableValidatorTest(false);
 }
 
 void FrmPROM::goBack() {
@@ -222,8 +215,7 @@ void FrmPROM::layOut(const LimitsLayout& layout) {
     errors_.attempt(kMsgLayoutError, [this] { layGrid(layout_); });
     errors_.attempt(kMsgLayoutError, [this] { showOptions(layout_); });
     applyLayoutCaptions();
-    validatorTestWanted_ = false;
-    offerButtons();
+    enableValidatorTest(false);
     if (!sameShape) fitToContents(this);
 }
 
@@ -327,11 +319,6 @@ void FrmPROM::showTarget() {
     (bipolar ? ui_->optBipolarPROM : ui_->optVantorPROM)->setChecked(true);
 }
 
-void FrmPROM::offerButtons() {
-    offer(actions_, ui_->cmdValtest, validatorTestWanted_, bool(validatorTest));
-    offer(actions_, ui_->cmdPROMutilities, utilitiesWanted_, bool(utilities));
-}
-
 // --- contents
 
 int FrmPROM::boxIndex(int row, int column) const {
@@ -392,13 +379,11 @@ void FrmPROM::setRejection(int slug, const std::string& text) {
 }
 
 void FrmPROM::enableValidatorTest(bool enabled) {
-    validatorTestWanted_ = enabled;
-    offerButtons();
+    actions_.setEnabled(ui_->cmdValtest, enabled);
 }
 
 void FrmPROM::enableUtilities(bool enabled) {
-    utilitiesWanted_ = enabled;
-    offerButtons();
+    actions_.setEnabled(ui_->cmdPROMutilities, enabled);
 }
 
 }  // namespace vantor

@@ -32,7 +32,7 @@ class FrmPROM final : public QWidget, public LimitsDisplay {
     /// What the buttons call; must be set before the window is used.
     void setReview(LimitsReview& review) { review_ = &review; }
 
-    // Other windows; a button whose hook is unset stays disabled ("not available yet").
+    // Other windows.
     std::function<void()> validatorTest;
     std::function<void()> utilities;
     std::function<void()> back;  ///< sets the measurement window up again and shows it
@@ -74,7 +74,6 @@ class FrmPROM final : public QWidget, public LimitsDisplay {
     void showOptions(const LimitsLayout& layout);
     void applyLayoutCaptions();
     void showTarget();
-    void offerButtons();
     void goBack();
     [[nodiscard]] int boxIndex(int row, int column) const;
 
@@ -85,8 +84,6 @@ class FrmPROM final : public QWidget, public LimitsDisplay {
     std::unique_ptr<Ui::frmPROM> ui_;
     LimitsLayout layout_;
     int columns_ = 0;  ///< 2n of the layout shown
-    bool validatorTestWanted_ = false;
-    bool utilitiesWanted_ = true;
 
     std::vector<QRadioButton*> optSeg_;
     std::vector<QLabel*> lblPtitle_, lblPlow_, lblPhigh_, lblCoin_, lblAcceptance_, label10_,

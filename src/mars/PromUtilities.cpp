@@ -1,115 +1,85 @@
 #include "mars/PromUtilities.h"
 
-#include <string>
-#include <vector>
-
 #include "mars/MarsProm.h"
 
 namespace vantor {
 
 namespace {
 
-constexpr int kOpenFromMainError = 807;
-constexpr int kOpenFromLimitsError = 1202;
-constexpr int kCloseError = 1302;
-constexpr int kReadError = 1303;
+constexpr UtilitiesErrors kErrors = {.openFromMain = 807,
+                                     .load = 1305,
+                                     .setup = 1314,
+                                     .lists = 1313,
+                                     .changeView = 1304,
+                                     .display = 114,
+                                     .read = 1303,
+                                     .close = 1302};
 
 }  // namespace
+
+PromUtilities::PromUtilities(SessionState& state, ProgrammerLink& link, const Families& families,
+                             ErrorReporter& errors, MemoryDisplay& display, PromDisplay& panes)
+    : MemoryUtilities(state, link, errors, display, kErrors), families_(families), panes_(panes) {}
 
 const MarsLayout& PromUtilities::layout() const {
     return marsModel(state_.mech.mechType).layout;
 }
 
-// --- opening and closing -------------------------------------------------------------------
+// --- opening -------------------------------------------------------------------
 
 void PromUtilities::openFromMain() {
     MarsBracket bracket(link_);
-    const auto step = [this](auto&& what) { errors_.attempt(kOpenFromMainError, what); };
+    const auto step = [this](auto&& what) { errors_.attempt(kErrors.openFromMain, what); };
     step([&] { bracket.sendJ(); });
     step([this] {
         state_.prom.promSizeCode = 0;
         clearImages(state_.images);
     });
     step([this] { families_.selected().readMemory(); });
-    state_.limits.utilitiesFromLimits = false;
-    step([this] { open(); });
+    open(false);
 }
 
 void PromUtilities::openFromLimits() {
     const auto step = [this](auto&& what) { errors_.attempt(kOpenFromLimitsError, what); };
     step([this] { link_.sendJ(); });
-    state_.limits.utilitiesFromLimits = true;
     step([this] { link_.sendJ(); });
-    step([this] { open(); });
+    open(true);
 }
 
-void PromUtilities::open() {
-    const bool fromLimits = state_.limits.utilitiesFromLimits;
-    errors_.attempt(1305, [this] { display_.loadPromWindow(); });
-    setup(fromLimits);
-    displayPROM();
-    display_.showPromWindow();
-    if (leave) leave(fromLimits);
-}
-
-void PromUtilities::closeWindow() {
-    const auto step = [this](auto&& what) { errors_.attempt(kCloseError, what); };
-    step([this] { display_.closePromWindow(); });
-    step([this] {
-        if (goBack) goBack(state_.limits.utilitiesFromLimits);
-    });
-    step([this] { link_.sendW(); });
-}
-
-void PromUtilities::setup(bool fromLimits) {
-    errors_.attempt(1314, [&] {
-        display_.showPromMechType(state_.mech.mechType);
-        // What the limits window is about to program keeps its size and its segments.
-        display_.showPromSize(fromLimits ? state_.prom.promSizeCode : 0, !fromLimits);
-        if (!fromLimits) state_.prom.segmentSelected.fill(true);
-    });
-    setupLists();
-}
-
-void PromUtilities::setupLists() {
-    errors_.attempt(1313, [this] {
-        std::vector<std::string> entries;
-        for (const PromView& view : promViews(layout(), display_.shownPromSize())) {
-            entries.push_back(state_.msgText(view.caption));
-        }
-        display_.listViews(entries);
-    });
+void PromUtilities::prepare(bool fromLimits) {
+    // What the limits window is about to program keeps its size and its segments.
+    panes_.showPromSize(fromLimits ? state_.prom.promSizeCode : 0, !fromLimits);
+    if (!fromLimits) state_.prom.segmentSelected.fill(true);
 }
 
 // --- working -------------------------------------------------------------------------------
 
 void PromUtilities::chooseSize() {
-    errors_.attempt(1301, [this] { state_.prom.promSizeCode = display_.shownPromSize(); });
-    setupLists();
-    displayPROM();
+    errors_.attempt(kSizeError, [this] { state_.prom.promSizeCode = panes_.shownPromSize(); });
+    listViews();
+    displayMemory();
 }
 
-void PromUtilities::readPROM() {
+void PromUtilities::readMemory() {
     MarsBracket bracket(link_);
-    errors_.attempt(kReadError, [&] { bracket.sendJ(); });
-    errors_.attempt(kReadError, [this] { families_.selected().readMemory(); });
-    displayPROM();
+    errors_.attempt(kErrors.read, [&] { bracket.sendJ(); });
+    errors_.attempt(kErrors.read, [this] { families_.selected().readMemory(); });
+    displayMemory();
 }
 
-void PromUtilities::displayPROM() {
-    errors_.attempt(114, [this] {
-        const auto views = promViews(layout(), display_.shownPromSize());
-        const int chosen = display_.chosenView();
-        if (chosen >= 0 && static_cast<std::size_t>(chosen) < views.size()) {
-            showView(views[static_cast<std::size_t>(chosen)]);
-        }
-    });
+std::vector<int> PromUtilities::viewCaptions() const {
+    std::vector<int> captions;
+    for (const PromView& view : promViews(layout(), panes_.shownPromSize())) {
+        captions.push_back(view.caption);
+    }
+    return captions;
 }
 
-void PromUtilities::showView(const PromView& view) {
+void PromUtilities::showView(std::size_t index) {
+    const PromView view = promViews(layout(), panes_.shownPromSize())[index];
     const ImagesState& images = state_.images;
     if (!view.decoded) {
-        display_.showPanes(promRawText(images.old, view.half), promRawText(images.next, view.half));
+        panes_.showPanes(promRawText(images.old, view.half), promRawText(images.next, view.half));
         return;
     }
     const auto text = [this](int id) { return state_.msgText(id); };
@@ -127,7 +97,7 @@ void PromUtilities::showView(const PromView& view) {
         read += promValuesText(readHeadings, state_.prom.oldChannelValue);
         next += promValuesText(newHeadings, newValues);
     }
-    display_.showPanes(read, next);
+    panes_.showPanes(read, next);
 }
 
 }  // namespace vantor

@@ -3,8 +3,8 @@
 #include "link/MechFamily.h"
 #include "link/MemoryUtilities.h"
 #include "link/ProgrammerLink.h"
+#include "mars/PromDisplay.h"
 #include "mars/PromText.h"
-#include "mars/PromUtilitiesDisplay.h"
 
 namespace vantor {
 
@@ -13,9 +13,11 @@ namespace vantor {
 /// goes back to where it came from.
 class PromUtilities final : public MemoryUtilities {
   public:
+    static constexpr int kSizeError = 1301;
+
+    /// `display` and `panes` are two sides of the same window.
     PromUtilities(SessionState& state, ProgrammerLink& link, const Families& families,
-                  ErrorReporter& errors, PromUtilitiesDisplay& display)
-        : state_(state), link_(link), families_(families), errors_(errors), display_(display) {}
+                  ErrorReporter& errors, MemoryDisplay& display, PromDisplay& panes);
 
     [[nodiscard]] std::string_view maker() const override { return kMars; }
     /// Reads the PROM as a 1K one, opens the window and shows what was read. The images of an
@@ -24,24 +26,19 @@ class PromUtilities final : public MemoryUtilities {
     /// Opens with the session's PROM size; nothing is read yet.
     void openFromLimits() override;
 
-    // --- buttons and choices
     void chooseSize();
-    void displayPROM();
-    void readPROM();
-    void closeWindow();
+    void readMemory() override;
+
+  protected:
+    void prepare(bool fromLimits) override;
+    [[nodiscard]] std::vector<int> viewCaptions() const override;
+    void showView(std::size_t view) override;
 
   private:
-    void open();
-    void setup(bool fromLimits);
-    void setupLists();
-    void showView(const PromView& view);
     [[nodiscard]] const MarsLayout& layout() const;
 
-    SessionState& state_;
-    ProgrammerLink& link_;
     const Families& families_;
-    ErrorReporter& errors_;
-    PromUtilitiesDisplay& display_;
+    PromDisplay& panes_;
 };
 
 }  // namespace vantor

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QWidget>
 #include <memory>
 
-#include "catalogue/SessionState.h"
-#include "mars/PromUtilitiesDisplay.h"
+#include "link/frmMemory.h"
+#include "mars/PromDisplay.h"
 
 namespace Ui {
 class frmPROMdata;
@@ -12,39 +11,26 @@ class frmPROMdata;
 
 namespace vantor {
 
-class ActionFrame;
 class PromUtilities;
 
 /// The PROM utilities window: the PROM in the socket beside the data that would be programmed.
-class FrmPROMdata final : public QWidget, public PromUtilitiesDisplay {
+class FrmPROMdata final : public FrmMemory, public PromDisplay {
   public:
     FrmPROMdata(const SessionState& state, ActionFrame& actions);
     ~FrmPROMdata() override;
 
-    /// What the buttons and lists call; must be set before the window is used.
-    void setUtilities(PromUtilities& utilities) { utilities_ = &utilities; }
+    /// Connects what the controls call, the size included; once, before the window is used.
+    void setUtilities(PromUtilities& utilities);
 
-    void applyCaptions();
-
-    void loadPromWindow() override;
-    void showPromWindow() override;
-    void closePromWindow() override;
     void showPromSize(int promSizeCode, bool choosable) override;
     [[nodiscard]] int shownPromSize() const override;
-    void showPromMechType(const std::string& mechType) override;
-    void listViews(const std::vector<std::string>& entries) override;
-    [[nodiscard]] int chosenView() const override;
     void showPanes(const std::string& read, const std::string& next) override;
 
   protected:
-    void closeEvent(QCloseEvent* event) override;
+    void applyCaptions() override;
+    void clear() override;
 
   private:
-    void connectControls();
-
-    const SessionState& state_;
-    ActionFrame& actions_;
-    PromUtilities* utilities_ = nullptr;
     std::unique_ptr<Ui::frmPROMdata> ui_;
 };
 

@@ -187,22 +187,16 @@ void FrmCoinMeasure1::levelRows(QGridLayout& grid) const {
 }
 
 void FrmCoinMeasure1::connectChoices() {
-    connect(ui_->opt1K, &QRadioButton::clicked, this,
-            [this] { actions_.run(kMsg1KError, [this] { flows_->choosePromSize(0); }); });
-    connect(ui_->opt2K, &QRadioButton::clicked, this,
-            [this] { actions_.run(kMsg2KError, [this] { flows_->choosePromSize(1); }); });
+    actions_.onClick(ui_->opt1K, kMsg1KError, [this] { flows_->choosePromSize(0); });
+    actions_.onClick(ui_->opt2K, kMsg2KError, [this] { flows_->choosePromSize(1); });
     for (QCheckBox* box : chkSegment_) {
-        connect(box, &QCheckBox::clicked, this, [this] {
-            actions_.run(kMsgSegmentsError, [this] {
-                flows_->chooseSegments(checkedSegments());
-                showPromChoices();
-            });
+        actions_.onClick(box, kMsgSegmentsError, [this] {
+            flows_->chooseSegments(checkedSegments());
+            showPromChoices();
         });
     }
-    connect(ui_->cmbSegment, &QComboBox::activated, this,
-            [this] { actions_.run(kMsgCoinListError, [this] { fillTargetCoins(); }); });
-    connect(ui_->cmbCoin, &QComboBox::activated, this,
-            [this] { actions_.run(kMsgWizardError, [this] { chooseLinesOfCoin(); }); });
+    actions_.onChoice(ui_->cmbSegment, kMsgCoinListError, [this] { fillTargetCoins(); });
+    actions_.onChoice(ui_->cmbCoin, kMsgWizardError, [this] { chooseLinesOfCoin(); });
     connect(ui_->chkduplicate, &QCheckBox::clicked, this,
             [this](bool ticked) { state_.prom.duplicateSegments = ticked; });
 }
@@ -230,20 +224,16 @@ bool FrmCoinMeasure1::exists(int segment) const {
 }
 
 void FrmCoinMeasure1::connectButtons() {
-    connect(ui_->cmdRunCoinset, &QPushButton::clicked, this,
-            [this] { actions_.run(kMsgRunError, [this] { flows_->runCoinsetFile(); }); });
-    connect(ui_->cmdSpecialUtilities, &QPushButton::clicked, this,
-            [this] { actions_.run(kMsgWizardError, [this] { flows_->openWizards(); }); });
-    connect(ui_->cmdCancelWizards, &QPushButton::clicked, this,
-            [this] { actions_.run(kMsgCancelWizardsError, [this] { flows_->cancelWizards(); }); });
+    actions_.onClick(ui_->cmdRunCoinset, kMsgRunError, [this] { flows_->runCoinsetFile(); });
+    actions_.onClick(ui_->cmdSpecialUtilities, kMsgWizardError, [this] { flows_->openWizards(); });
+    actions_.onClick(ui_->cmdCancelWizards, kMsgCancelWizardsError,
+                     [this] { flows_->cancelWizards(); });
     const std::pair<QPushButton*, WizardMode> wizards[] = {
         {ui_->cmdEditLimits, WizardMode::editLimits},
         {ui_->cmdAddReplace, WizardMode::addReplace},
         {ui_->cmdSlugFix, WizardMode::slugFix}};
     for (const auto& [button, mode] : wizards) {
-        connect(button, &QPushButton::clicked, this, [this, mode = mode] {
-            actions_.run(kMsgWizardError, [this, mode] { flows_->runWizard(mode); });
-        });
+        actions_.onClick(button, kMsgWizardError, [this, mode = mode] { flows_->runWizard(mode); });
     }
     connect(ui_->cmdBack, &QPushButton::clicked, this, [this] { pressBack(); });
 }

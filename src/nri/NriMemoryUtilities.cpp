@@ -1,86 +1,61 @@
 #include "nri/NriMemoryUtilities.h"
 
-#include <string>
-#include <vector>
-
 namespace vantor {
 
 namespace {
 
-constexpr int kOpenFromMainError = 802;
-constexpr int kOpenFromLimitsError = 1202;
-constexpr int kCloseError = 900;
+constexpr UtilitiesErrors kErrors = {.openFromMain = 802,
+                                     .load = 921,
+                                     .setup = 926,
+                                     .lists = 926,
+                                     .changeView = 916,
+                                     .display = 959,
+                                     .read = 915,
+                                     .save = 920,
+                                     .programme = 914,
+                                     .close = 900};
 
 }  // namespace
 
-// --- opening and closing -------------------------------------------------------------------
+NriMemoryUtilities::NriMemoryUtilities(SessionState& state, ProgrammerLink& link,
+                                       ErrorReporter& errors, NriFamily& family,
+                                       MemoryDisplay& display)
+    : MemoryUtilities(state, link, errors, display, kErrors), family_(family) {}
+
+// --- opening -------------------------------------------------------------------------------
 
 void NriMemoryUtilities::openFromMain() {
-    const auto step = [this](auto&& what) { errors_.attempt(kOpenFromMainError, what); };
+    const auto step = [this](auto&& what) { errors_.attempt(kErrors.openFromMain, what); };
     step([this] { applyMechType(state_.mech, state_.messages); });
     step([this] { family_.readMemory(); });
-    state_.limits.utilitiesFromLimits = false;
-    step([this] { open(); });
+    open(false);
 }
 
 void NriMemoryUtilities::openFromLimits() {
     const auto step = [this](auto&& what) { errors_.attempt(kOpenFromLimitsError, what); };
     step([this] { link_.sendJ(); });
-    state_.limits.utilitiesFromLimits = true;
     step([this] { link_.sendJ(); });
     step([this] { family_.readMemory(); });
-    step([this] { open(); });
-}
-
-void NriMemoryUtilities::open() {
-    errors_.attempt(921, [this] { display_.loadNriWindow(); });
-    setup();
-    displayEEPROM();
-    display_.showNriWindow();
-    if (leave) leave(state_.limits.utilitiesFromLimits);
-}
-
-void NriMemoryUtilities::setup() {
-    errors_.attempt(926, [this] {
-        display_.showNriMechType(state_.mech.mechType);
-        std::vector<std::string> entries;
-        for (const NriView& view : family_.utilities().views()) {
-            entries.push_back(state_.msgText(view.caption));
-        }
-        display_.listNriViews(entries);
-    });
-}
-
-void NriMemoryUtilities::closeWindow() {
-    const auto step = [this](auto&& what) { errors_.attempt(kCloseError, what); };
-    step([this] { display_.closeNriWindow(); });
-    step([this] {
-        if (goBack) goBack(state_.limits.utilitiesFromLimits);
-    });
-    step([this] { link_.sendW(); });
+    open(true);
 }
 
 // --- showing -------------------------------------------------------------------------------
 
-void NriMemoryUtilities::changeView() {
-    errors_.attempt(916, [this] { displayEEPROM(); });
+std::vector<int> NriMemoryUtilities::viewCaptions() const {
+    std::vector<int> captions;
+    for (const NriView& view : family_.utilities().views()) captions.push_back(view.caption);
+    return captions;
 }
 
-void NriMemoryUtilities::displayEEPROM() {
-    errors_.attempt(959, [this] {
-        const int chosen = display_.chosenNriView();
-        const auto views = family_.utilities().views();
-        if (chosen < 0 || static_cast<std::size_t>(chosen) >= views.size()) return;
-        const NriPage page = views[static_cast<std::size_t>(chosen)].page;
-        display_.showNriText(family_.utilities().text(page));
-    });
+void NriMemoryUtilities::showView(std::size_t view) {
+    display_.showText(family_.utilities().text(family_.utilities().views().at(view).page));
 }
 
 // --- buttons -------------------------------------------------------------------------------
 
 void NriMemoryUtilities::readMemory() {
-    errors_.attempt(915, [this] { family_.utilities().readMemory(); });
-    displayEEPROM();
+    errors_.attempt(kErrors.read, [this] { family_.utilities().readMemory(); });
+    displayMemory();
 }
 
 void NriMemoryUtilities::saveToFile() {
@@ -88,10 +63,10 @@ void NriMemoryUtilities::saveToFile() {
 }
 
 void NriMemoryUtilities::programmeFromFile() {
-    errors_.attempt(914, [this] {
+    errors_.attempt(kErrors.programme, [this] {
         if (family_.utilities().NRIprogramme()) family_.readMemory();
     });
-    displayEEPROM();
+    displayMemory();
 }
 
 }  // namespace vantor

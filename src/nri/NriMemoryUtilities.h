@@ -2,7 +2,6 @@
 
 #include "link/MemoryUtilities.h"
 #include "nri/NriFamily.h"
-#include "nri/NriUtilitiesDisplay.h"
 
 namespace vantor {
 
@@ -11,8 +10,7 @@ namespace vantor {
 class NriMemoryUtilities final : public MemoryUtilities {
   public:
     NriMemoryUtilities(SessionState& state, ProgrammerLink& link, ErrorReporter& errors,
-                       NriFamily& family, NriUtilitiesDisplay& display)
-        : state_(state), link_(link), errors_(errors), family_(family), display_(display) {}
+                       NriFamily& family, MemoryDisplay& display);
 
     [[nodiscard]] std::string_view maker() const override { return family_.code(); }
     /// Reads the mech, then opens the window, also after a failed read: from a file the mech may
@@ -21,24 +19,17 @@ class NriMemoryUtilities final : public MemoryUtilities {
     /// Reads the mech over what the session holds of it, then opens the window.
     void openFromLimits() override;
 
-    // --- buttons and choices
-    void changeView();
-    void readMemory();
-    void saveToFile();
+    void readMemory() override;
+    void saveToFile() override;
     /// What the window shows afterwards is what the mech says, not what the file says.
-    void programmeFromFile();
-    void closeWindow();
+    void programmeFromFile() override;
+
+  protected:
+    [[nodiscard]] std::vector<int> viewCaptions() const override;
+    void showView(std::size_t view) override;
 
   private:
-    void open();
-    void setup();
-    void displayEEPROM();
-
-    SessionState& state_;
-    ProgrammerLink& link_;
-    ErrorReporter& errors_;
     NriFamily& family_;
-    NriUtilitiesDisplay& display_;
 };
 
 }  // namespace vantor

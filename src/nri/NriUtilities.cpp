@@ -1,21 +1,24 @@
 #include "nri/NriUtilities.h"
 
-#include "catalogue/FileNames.h"
-#include "catalogue/Text.h"
 #include "nri/NriDataFile.h"
-#include "platform/Files.h"
 
 namespace vantor {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr const char* kExtension = ".txt";
-constexpr const char* kPattern = "*.txt";
-constexpr const char* kFolder = "CoinSets";
+constexpr MemoryFileTexts kFileTexts = {
+    .saveTitle = 917, .overwrite = 918, .warning = 919, .noSuchFile = 904, .error = 905};
 
 }  // namespace
+
+NriUtilities::NriUtilities(SessionState& state, ProgrammerLink& link, Prompts& prompts,
+                           ErrorReporter& errors, NriMemory& memory)
+    : state_(state),
+      link_(link),
+      prompts_(prompts),
+      errors_(errors),
+      memory_(memory),
+      files_(state, prompts, kFileTexts) {}
 
 bool NriUtilities::readMemory() {
     const NriFlow flow(state_, link_);
@@ -23,21 +26,8 @@ bool NriUtilities::readMemory() {
 }
 
 void NriUtilities::saveToFile() {
-    errors_.attempt(920, [this] {
-        const auto chosen = prompts_.askFile({.title = state_.msgText(917),
-                                              .pattern = kPattern,
-                                              .startFolder = state_.app.folder / kFolder,
-                                              .saving = true});
-        if (!chosen || chosen->empty()) return;
-        const fs::path file = withExtension(*chosen, kExtension);
-        if (fs::exists(file) && prompts_.ask({.title = state_.msgText(919),
-                                              .text = state_.msgText(918),
-                                              .icon = PromptIcon::exclamation,
-                                              .buttons = PromptButtons::okCancel}) != Answer::ok) {
-            return;
-        }
-        writeFileWhole(file, nriFileText(state_.nri.blocks));
-    });
+    errors_.attempt(920,
+                    [this] { files_.save([this] { return nriFileText(state_.nri.blocks); }); });
 }
 
 bool NriUtilities::NRIprogramme() {
@@ -47,25 +37,10 @@ bool NriUtilities::NRIprogramme() {
 }
 
 bool NriUtilities::programFile() {
-    const auto chosen = prompts_.askFile({.title = state_.msgText(903),
-                                          .pattern = kPattern,
-                                          .startFolder = state_.app.folder / kFolder});
-    if (!chosen || chosen->empty()) return false;
-    const fs::path path = withNewExtension(*chosen, kExtension);
-    const auto bytes = readFile(path);
-    if (!bytes) {
-        prompts_.ask({.title = state_.msgText(905),
-                      .text = state_.msgText(904),
-                      .icon = PromptIcon::critical});
-        return false;
-    }
-    const NriDataFile file = parseNriFile(fromFileBytes(*bytes));
-    if (file.skipped > 0) {
-        prompts_.notice({.title = state_.msgText(919),
-                         .text = shownFileName(path) + ": " + std::to_string(file.skipped) +
-                                 " lines are no blocks of a memory and were skipped",
-                         .icon = PromptIcon::exclamation});
-    }
+    const auto opened = files_.open(state_.msgText(903));
+    if (!opened) return false;
+    const NriDataFile file = parseNriFile(opened->text);
+    files_.tellSkipped(opened->path, file.skipped, "blocks of a memory");
     if (prompts_.ask({.title = state_.msgText(907),
                       .text = state_.msgText(906),
                       .icon = PromptIcon::question,

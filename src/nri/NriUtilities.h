@@ -1,7 +1,6 @@
 #pragma once
 
-#include <filesystem>
-
+#include "link/MemoryFiles.h"
 #include "nri/NriMemory.h"
 #include "nri/NriText.h"
 
@@ -11,8 +10,7 @@ namespace vantor {
 class NriUtilities {
   public:
     NriUtilities(SessionState& state, ProgrammerLink& link, Prompts& prompts, ErrorReporter& errors,
-                 NriMemory& memory)
-        : state_(state), link_(link), prompts_(prompts), errors_(errors), memory_(memory) {}
+                 NriMemory& memory);
 
     /// "J", read, "W"; true when every block came.
     bool readMemory();
@@ -35,6 +33,7 @@ class NriUtilities {
     Prompts& prompts_;
     ErrorReporter& errors_;
     NriMemory& memory_;
+    MemoryFiles files_;
 };
 
 }  // namespace vantor

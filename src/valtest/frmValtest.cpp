@@ -4,8 +4,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QScreen>
-#include <functional>
-#include <utility>
 
 #include "catalogue/Text.h"
 #include "platform/qt/ActionFrame.h"
@@ -103,19 +101,12 @@ void FrmValtest::makeBits() {
 }
 
 void FrmValtest::connectButtons() {
-    const auto action = [this](QAbstractButton* button, int errorMessage,
-                               std::function<void()> work) {
-        connect(button, &QAbstractButton::clicked, this,
-                [this, errorMessage, call = std::move(work)] { actions_.run(errorMessage, call); });
-    };
-    action(ui_->optSingle, kMsgDisplayError, [this] { test_->chooseSingle(); });
-    action(ui_->optBinary, kMsgDisplayError, [this] { test_->chooseBinary(); });
-    action(ui_->cmdClearCount, kMsgDisplayError, [this] { test_->clearValtestCounts(); });
-    action(ui_->cmdBack, kMsgBackError, [this] { test_->back(); });
-    connect(ui_->cmbG40, &QComboBox::activated, this, [this] {
-        actions_.run(kMsgDisplayError,
-                     [this] { test_->chooseVariant(fromQt(ui_->cmbG40->currentText())); });
-    });
+    actions_.onClick(ui_->optSingle, kMsgDisplayError, [this] { test_->chooseSingle(); });
+    actions_.onClick(ui_->optBinary, kMsgDisplayError, [this] { test_->chooseBinary(); });
+    actions_.onClick(ui_->cmdClearCount, kMsgDisplayError, [this] { test_->clearValtestCounts(); });
+    actions_.onClick(ui_->cmdBack, kMsgBackError, [this] { test_->back(); });
+    actions_.onChoice(ui_->cmbG40, kMsgDisplayError,
+                      [this] { test_->chooseVariant(fromQt(ui_->cmbG40->currentText())); });
 }
 
 void FrmValtest::closeEvent(QCloseEvent* event) {

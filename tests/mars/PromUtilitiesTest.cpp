@@ -13,7 +13,7 @@ namespace {
 using test::MarsWorld;
 
 /// The window as a record of what it shows.
-class RecordedWindow final : public PromUtilitiesDisplay {
+class RecordedWindow final : public MemoryDisplay, public PromDisplay {
   public:
     bool shown = false;
     int size = 0;
@@ -23,20 +23,21 @@ class RecordedWindow final : public PromUtilitiesDisplay {
     int view = -1;
     std::string read, next;
 
-    void loadPromWindow() override {}
-    void showPromWindow() override { shown = true; }
-    void closePromWindow() override { shown = false; }
+    void loadWindow() override {}
+    void showWindow() override { shown = true; }
+    void closeWindow() override { shown = false; }
     void showPromSize(int promSizeCode, bool choosable) override {
         size = promSizeCode;
         sizeChoosable = choosable;
     }
     [[nodiscard]] int shownPromSize() const override { return size; }
-    void showPromMechType(const std::string& type) override { mechType = type; }
+    void showMechType(const std::string& type) override { mechType = type; }
     void listViews(const std::vector<std::string>& entries) override {
         views = entries;
         view = entries.empty() ? -1 : 0;
     }
     [[nodiscard]] int chosenView() const override { return view; }
+    void showText(const std::string&) override {}
     void showPanes(const std::string& readText, const std::string& nextText) override {
         read = readText;
         next = nextText;
@@ -45,7 +46,7 @@ class RecordedWindow final : public PromUtilitiesDisplay {
 
 struct Bench : MarsWorld {
     RecordedWindow window;
-    PromUtilities utilities{state, link, families, errors, window};
+    PromUtilities utilities{state, link, families, errors, window, window};
     std::string neighbours;
 
     explicit Bench(std::string_view model = "ME111", int promSizeCode = 0)
@@ -55,7 +56,7 @@ struct Bench : MarsWorld {
     }
     void chooseView(int index) {
         window.view = index;
-        utilities.displayPROM();
+        utilities.changeView();
     }
     void chooseSize(int promSizeCode) {
         window.size = promSizeCode;
@@ -69,7 +70,7 @@ struct Bench : MarsWorld {
     /// The new image, read back from the socket.
     void readNewImageBack() {
         socket.cells = test::digits(state.images.next, 0, 511);
-        utilities.readPROM();
+        utilities.readMemory();
     }
 };
 
@@ -126,7 +127,7 @@ TEST(PromPanes, NibblesByAddress) {
     EXPECT_EQ(bench.window.next, kEmptyLowerLines + kEmptyUpperLines);
 
     bench.setSampleSegment();
-    bench.utilities.displayPROM();
+    bench.utilities.changeView();
     EXPECT_EQ(bench.window.read, kEmptyLowerLines + kEmptyUpperLines) << "nothing was read yet";
     EXPECT_EQ(bench.window.next, kSampleLines + kEmptyUpperLines);
     bench.readNewImageBack();
@@ -142,7 +143,7 @@ TEST(PromPanes, NibblesByAddress) {
 
     bench.state.images.next[256] = 16;
     bench.state.images.next[257] = -1;
-    bench.utilities.displayPROM();
+    bench.utilities.changeView();
     EXPECT_EQ(bench.window.next.substr(0, 9), "00 ? ? 2 ");
 }
 
@@ -208,7 +209,7 @@ TEST(PromPanes, HeadingsAreThoseOfTheirOwnPane) {
     bench.state.messages.language = "Deutsch";
     bench.utilities.openFromLimits();
     bench.window.view = 1;
-    bench.utilities.displayPROM();
+    bench.utilities.changeView();
     EXPECT_EQ(bench.window.read.substr(0, 14), "<108>\r\n<110>\r\n");
     EXPECT_EQ(bench.window.next.substr(0, 14), "<109>\r\n<111>\r\n");
     EXPECT_NE(bench.window.read.find("\r\n<112>\r\n    L   000 "), std::string::npos);
@@ -274,7 +275,7 @@ TEST(PromUtilities, FromTheMainWindowThePromIsReadAtOnce) {
     EXPECT_EQ(bench.window.views.size(), 4U);
     bench.chooseView(2);
     EXPECT_EQ(bench.window.read, kEmptyLowerLines + kEmptyUpperLines);
-    bench.utilities.readPROM();
+    bench.utilities.readMemory();
     EXPECT_EQ(bench.port.sent, "JEAWJEKW");
     EXPECT_EQ(bench.window.view, 2) << "the technician's choice stays";
     EXPECT_EQ(bench.window.read.substr(0, 13), "00 9 9 9 9 9 ");
@@ -302,7 +303,7 @@ TEST(PromUtilities, ReadsThatFailAreToldAndWhatCameIsShown) {
 
     // An empty socket: the old data does not stay.
     bench.socket.answersReads = false;
-    bench.utilities.readPROM();
+    bench.utilities.readMemory();
     EXPECT_EQ(bench.prompts.asked.size(), 2U);
     EXPECT_EQ(bench.window.read, kEmptyLowerLines + kEmptyUpperLines);
     EXPECT_EQ(bench.port.sent, "JEAWJEAW");

@@ -42,7 +42,7 @@ class EepromWindow : public testing::Test {
     CcFamily family{w.state,       w.base.link, w.base.check,         w.base.prompts,
                     w.base.errors, progress,    w.base.receiver.sinks};
     FrmEEPROMdata window{w.state, w.actions};
-    EepromUtilities utilities{w.state, w.base.link, w.base.errors, family, window};
+    EepromUtilities utilities{w.state, w.base.link, w.base.errors, family, window, window};
 };
 
 TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {

@@ -24,14 +24,14 @@ class NriWindow : public testing::Test {
     /// The window over a memory that was read: the reading itself needs a box.
     void open(std::string_view model) {
         w.base.select(kNri, model);
-        window.loadNriWindow();
-        window.showNriMechType(std::string(model));
+        window.loadWindow();
+        window.showMechType(std::string(model));
         std::vector<std::string> entries;
         for (const NriView& view : family.utilities().views()) {
             entries.push_back(w.state.msgText(view.caption));
         }
-        window.listNriViews(entries);
-        window.showNriWindow();
+        window.listViews(entries);
+        window.showWindow();
         NriFields& fields = w.state.nri.old;
         for (int channel = 1; channel <= w.state.mech.info.channelCount; ++channel) {
             for (int column = 1; column <= 12; ++column) fields.limits[channel][column] = 255;

@@ -42,7 +42,7 @@ class PromWindow : public testing::Test {
 
     WindowsWorld w;
     FrmPROMdata window{w.state, w.actions};
-    PromUtilities utilities{w.state, w.base.link, w.base.families, w.base.errors, window};
+    PromUtilities utilities{w.state, w.base.link, w.base.families, w.base.errors, window, window};
 };
 
 TEST_F(PromWindow, ShowsBothSidesInFixedPitch) {

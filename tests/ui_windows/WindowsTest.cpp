@@ -413,13 +413,8 @@ TEST_F(Windows, ButtonsOfTheLimitsWindow) {
     W::click(w.limits, "optBipolarPROM");
     EXPECT_EQ(w.state.prom.target, TargetProm::bipolar);
 
-    // Validator test and utilities wait for their windows; what was wanted is remembered.
     QWidget* test = W::control(w.limits, "cmdValtest");
-    w.limits.enableValidatorTest(true);
     EXPECT_FALSE(test->isEnabled());
-    EXPECT_TRUE(test->property("wantedEnabled").toBool());
-    EXPECT_EQ(test->toolTip(), "not available yet");
-    EXPECT_EQ(W::control(w.limits, "cmdPROMutilities")->toolTip(), "not available yet");
     int tests = 0;
     w.limits.validatorTest = [&] { ++tests; };
     w.limits.enableValidatorTest(true);

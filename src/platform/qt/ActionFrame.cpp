@@ -23,6 +23,16 @@ void ActionFrame::runThrough(int errorMessage, const std::function<void()>& acti
     leave();
 }
 
+void ActionFrame::onClick(QAbstractButton* button, int errorMessage, std::function<void()> action) {
+    QObject::connect(button, &QAbstractButton::clicked, button,
+                     [this, errorMessage, call = std::move(action)] { run(errorMessage, call); });
+}
+
+void ActionFrame::onChoice(QComboBox* list, int errorMessage, std::function<void()> action) {
+    QObject::connect(list, &QComboBox::activated, list,
+                     [this, errorMessage, call = std::move(action)] { run(errorMessage, call); });
+}
+
 void ActionFrame::guarded(int errorMessage, const std::function<void()>& action) {
     try {
         errors_.attempt(errorMessage, action);

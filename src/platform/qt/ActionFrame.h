@@ -8,6 +8,9 @@
 
 #include "catalogue/ErrorReporter.h"
 
+class QAbstractButton;
+class QComboBox;
+
 namespace vantor {
 
 /// The outermost frame of every slot, and the one busy guard of the program: while an action
@@ -29,6 +32,9 @@ class ActionFrame {
     bool run(int errorMessage, const std::function<void()>& action);
     /// For what gets through while an action runs: Cancel Operation, Exit, the windows' X.
     void runThrough(int errorMessage, const std::function<void()>& action);
+    /// A click on the button, or a choice from the list, runs an action from now on.
+    void onClick(QAbstractButton* button, int errorMessage, std::function<void()> action);
+    void onChoice(QComboBox* list, int errorMessage, std::function<void()> action);
     [[nodiscard]] bool busy() const { return busy_; }
 
     /// Enables or disables a control; while an action runs it stays disabled all the same unless

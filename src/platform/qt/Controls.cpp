@@ -10,8 +10,6 @@
 #include <QTextDocument>
 #include <cmath>
 
-#include "platform/qt/ActionFrame.h"
-
 namespace vantor {
 
 namespace {
@@ -102,12 +100,6 @@ void fitToContents(QWidget* window) {
     window->layout()->activate();
     const QSize room = window->screen()->availableSize();
     window->resize(window->sizeHint().boundedTo(room).expandedTo(window->minimumSizeHint()));
-}
-
-void offer(ActionFrame& actions, QWidget* button, bool wanted, bool available) {
-    button->setProperty("wantedEnabled", wanted);
-    button->setToolTip(available ? QString() : QStringLiteral("not available yet"));
-    actions.setEnabled(button, wanted && available);
 }
 
 void chainTabs(const std::vector<QWidget*>& controls) {

@@ -12,8 +12,6 @@ class QWidget;
 
 namespace vantor {
 
-class ActionFrame;
-
 /// A text box as wide as the numbers that go into it, right-aligned.
 class NumberBox final : public QLineEdit {
   public:
@@ -40,10 +38,6 @@ void makeTextPane(QPlainTextEdit* pane, int columns, int lines);
 /// Gives a window the size that its contents ask for now, within the screen. Unlike
 /// QWidget::adjustSize it does not wait for pending layout events and may fill the screen.
 void fitToContents(QWidget* window);
-
-/// Enables a button whose target may not exist yet: without one it stays disabled and its tool
-/// tip says so. The property "wantedEnabled" keeps what was asked for.
-void offer(ActionFrame& actions, QWidget* button, bool wanted, bool available);
 
 /// The Tab key visits the controls in this order.
 void chainTabs(const std::vector<QWidget*>& controls);
