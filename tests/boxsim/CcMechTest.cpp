@@ -71,33 +71,6 @@ TEST(I2cMech, SkipsWhatIsNoPacketAndStaysInStep) {
     EXPECT_EQ(bench.box.unknownBytes(), 0);
 }
 
-TEST(I2cMech, GivesOneCoinFrameForEachRequest) {
-    const std::string ask = bytes({0x7F, 0x1F, 0x9E});
-    const std::string askAgain = "\xFF\xFF";
-    struct Case {
-        const char* model;
-        std::string request;
-        std::string frame;
-    };
-    const Case cases[] = {
-        {"C120", ask, bytes({0x3F, 100, 200, 50, 0x43, 0x44, 0x24})},
-        {"220B", askAgain, bytes({0x3F, 100, 200, 50, 0x9D})},
-        {"335", askAgain, bytes({0x3F, 100, 200, 50, 0x9D})},
-        {"435", ask, bytes({0x3F, 100, 200, 50, 60, 7, 0xE0})},
-        {"450", ask, bytes({0x3F, 100, 200, 50, 60, 0x44, 0x45, 0x46, 0x47, 0xEF})},
-    };
-    for (const Case& c : cases) {
-        I2cBench bench(c.model);
-        EXPECT_EQ(bench.dropped({100, 200, 50, 60, 7}), "") << c.model;  // nobody asked
-        EXPECT_EQ(bench.ask(c.request), "") << c.model;
-        EXPECT_EQ(bench.dropped({100, 200, 50, 60, 7}), c.frame) << c.model;
-        EXPECT_EQ(bench.dropped({100, 200, 50, 60, 7}), "") << c.model;
-        const std::string& other = c.request == ask ? askAgain : ask;
-        EXPECT_EQ(bench.ask(other), "") << c.model;
-        EXPECT_EQ(bench.dropped({100, 200, 50, 60, 7}), "") << c.model;
-    }
-}
-
 TEST(I2cMech, LongCoinFramesNeverEndWhereShortOnesDo) {
     I2cBench bench("C120");
     bench.bench("option long-frames on");

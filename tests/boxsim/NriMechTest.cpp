@@ -169,31 +169,6 @@ TEST(NriPlain, StoresWhatEndsAsItShould) {
     EXPECT_EQ(eight.cell(9), list);
 }
 
-TEST(NriMechs, GiveOneReadingForEachRequest) {
-    struct Case {
-        const char* model;
-        const char* mode;
-        const char* line;
-    };
-    const Case cases[] = {
-        {"G13-6000", "$05", "01FF0300000000000000000000000000\r"},
-        {"G40-0000", "$05", "01FF0300000000000000000000000000\r"},
-        {"G18-3000", "$05", "01FF03000000\r"},
-        {"G10-4000/5", "$23", "01FF03000000\r"},
-        {"G13-0000", "$01", "001\r255\r003\r000\r"},
-        {"G10-4000", "$23", "001\r255\r003\r000\r"},
-    };
-    for (const Case& c : cases) {
-        NriBench bench(c.model, c.mode);
-        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
-        EXPECT_EQ(bench.ask("T", 30s), "") << c.model;
-        EXPECT_EQ(bench.dropped({1, 300, 3}), c.line) << c.model;
-        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
-        bench.ask("TI");
-        EXPECT_EQ(bench.dropped({1, 300, 3}), "") << c.model;
-    }
-}
-
 TEST(NriMechs, TheG10SendsARecordForEachAcceptedCoinOutsideAMeasurement) {
     struct Case {
         const char* model;

@@ -170,32 +170,5 @@ TEST(CcRebuild, RoutingAndOutputsComeWithACoinsetAndNotWithAWizard) {
     }
 }
 
-TEST(CcProgram, EveryModelEndsUpAsItsLimitsSay) {
-    for (const CcModel& model : ccModels()) {
-        CcWorld world(model.code);
-        world.cc.readOldMemory();
-        for (int c = 1; c <= world.state.mech.info.channelCount; ++c) setLimits(world, c, c, 250);
-        world.state.coinset.routingPresent = true;
-        // The utilities window has left something else in the new image.
-        world.state.images.next.fill(0x5555);
-        EXPECT_TRUE(world.cc.programAndVerify()) << model.code;
-        EXPECT_TRUE(world.prompts.told("EEPROM Verified OK")) << model.code;
-        const CcShape shape = ccShape(model.code);
-        for (int c = 1; c <= shape.channels; ++c) {
-            for (int p = 1; p <= shape.parameters; ++p) {
-                EXPECT_EQ(world.box.words[ccLimitWord(shape, c, p)], (250 + p) * 256 + c + p);
-            }
-        }
-        for (const auto& [address, word] : world.box.words) EXPECT_NE(word, 0x5555) << address;
-        EXPECT_TRUE(world.inCommandMode()) << model.code;
-
-        // Nothing differs any more, so nothing is written.
-        world.box.wordWrites = 0;
-        world.state.coinset.routingPresent = false;
-        EXPECT_TRUE(world.cc.programAndVerify()) << model.code;
-        EXPECT_EQ(world.box.wordWrites, 0) << model.code;
-    }
-}
-
 }  // namespace
 }  // namespace vantor

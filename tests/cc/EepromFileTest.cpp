@@ -85,24 +85,6 @@ std::filesystem::path changedFile(CcWorld& world) {
     return path;
 }
 
-TEST(ProgrammeFromFile, WritesWhatTheFileSaysAfterAsking) {
-    CcWorld world("435");
-    world.takeMemoryAsRead();
-    changedFile(world);
-    // The name is completed as it is when saving.
-    world.prompts.chooseFile(world.folder / "saved.dat");
-    world.prompts.expect("Confirm overwrite EEPROM\r\n\r\n435: 256 words", Answer::ok);
-    EXPECT_TRUE(world.cc.utilities().eeProgramme());
-    EXPECT_EQ(world.box.words[20], 0x0A0B);
-    EXPECT_EQ(world.box.wordWrites, 1);
-    EXPECT_EQ(world.prompts.asked[0].title, "Write EEPROM");
-    EXPECT_EQ(world.prompts.asked[0].icon, PromptIcon::question);
-    EXPECT_EQ(world.prompts.fileQuestions[0].title, "Open File");
-    EXPECT_TRUE(world.port.sent.starts_with("J" + opening("C08")));
-    EXPECT_TRUE(world.port.sent.ends_with(leaving() + "WW"));
-    EXPECT_TRUE(world.prompts.notices.empty());
-}
-
 TEST(ProgrammeFromFile, RescuesAMechThatWasNotRead) {
     CcWorld world("Sentinel");
     writeFileWhole(world.folder / "some.txt", "3,4660\r\nrubbish\r\n63,1\r\n");

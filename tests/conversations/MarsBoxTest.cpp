@@ -58,34 +58,7 @@ struct Bench {
         prompts.expect("TURN SWITCH 2 OFF", Answer::ok, [this] { box.setSwitch(2, false); });
         return mars.programAndVerify();
     }
-    bool programBipolar() {
-        state.prom.target = TargetProm::bipolar;
-        box.insertProm(boxsim::PromKind::bipolar, 512);
-        prompts.expect("Insert 2K Bipolar PROM", Answer::ok);
-        return mars.programAndVerify();
-    }
-    [[nodiscard]] bool promHoldsImage() const {
-        const auto cells = box.promCells();
-        for (std::size_t cell = 0; cell < cells.size(); ++cell) {
-            if (cells[cell] != state.images.next[static_cast<int>(cell)]) return false;
-        }
-        return cells.size() == 512;
-    }
 };
-
-TEST(MarsOnTheBox, EveryModelIsCheckedSetUpAndProgrammed) {
-    for (const std::string_view model : listedModels(kMars)) {
-        Bench bench(model);
-        EXPECT_TRUE(bench.check.checkMech(true)) << model;
-        bench.mars.startRun();
-        EXPECT_TRUE(bench.programE1()) << model;
-        EXPECT_TRUE(bench.promHoldsImage()) << model;
-        EXPECT_TRUE(bench.programBipolar()) << model;
-        EXPECT_TRUE(bench.promHoldsImage()) << model;
-        EXPECT_EQ(bench.box.unknownBytes(), 0) << model;
-        EXPECT_FALSE(bench.prompts.told("Failed to set up validator timings")) << model;
-    }
-}
 
 using boxsim::Fault;
 

@@ -86,43 +86,6 @@ struct Bench {
     }
 };
 
-TEST(NriOnTheBox, EveryModelIsFoundReadMeasuredAndProgrammed) {
-    for (const std::string_view model : listedModels(kNri)) {
-        Bench bench(model);
-        EXPECT_TRUE(bench.check.checkMech(true)) << model;
-        bench.prepare();
-        ASSERT_TRUE(bench.state.images.oldMemoryRead) << model;
-        for (const auto& cell : bench.box.mech()->memory()) {
-            EXPECT_EQ(bench.state.nri.blocks[cell.number], cell.content) << model << cell.number;
-        }
-        bench.state.gather.coinsRemaining = 5;
-        bench.loop.callAfter(std::chrono::seconds(3), [&bench] {
-            EXPECT_TRUE(bench.box.drop(bench.box.coins().front(), 5, 1000));
-        });
-        bench.nri.enableCoinData(2);
-        EXPECT_EQ(bench.coins, 5) << model;
-        EXPECT_TRUE(bench.nri.programAndVerify()) << model;
-        EXPECT_FALSE(bench.box.inSerialMode()) << model;
-        EXPECT_EQ(bench.box.unknownBytes(), 0) << model;
-
-        const NriFields before = bench.state.nri.old;
-        ASSERT_TRUE(bench.nri.readMemory()) << model;
-        const NriFields& after = bench.state.nri.old;
-        for (int channel = 1; channel <= bench.state.mech.info.channelCount; ++channel) {
-            EXPECT_EQ(after.limits[channel], bench.state.limits.channelLimits[channel])
-                << model << channel;
-            EXPECT_EQ(after.coinValues[channel], bench.state.nri.next.coinValues[channel])
-                << model << channel;
-        }
-        EXPECT_EQ(after.date, "1F0C1A") << model;
-        EXPECT_EQ(after.outputs, before.outputs) << model;
-        EXPECT_EQ(after.parameterMap, before.parameterMap) << model;
-        EXPECT_EQ(after.header + after.routeText[0] + after.routeText[1],
-                  before.header + before.routeText[0] + before.routeText[1])
-            << model;
-    }
-}
-
 TEST(NriOnTheBox, ASavedMemoryGoesIntoAnotherMech) {
     for (const std::string_view model : listedModels(kNri)) {
         Bench bench(model);

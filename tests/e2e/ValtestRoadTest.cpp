@@ -1,20 +1,11 @@
-#include "ProgramFixture.h"
-#include "Technician.h"
+#include "RoadFixture.h"
 
 namespace vantor::test {
 namespace {
 
 /// The validator test through the windows, on the simulated box.
-class ValtestRoad : public ProgramTest {
+class ValtestRoad : public Road {
   protected:
-    void openMain(const std::string& model, std::string_view maker = kMars,
-                  const std::string& list = "cmbMarsMech") {
-        box.plugValidator(maker, model);
-        writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
-        run();
-        ASSERT_TRUE(visible("frmMain"));
-        choose("frmMain." + list, model);
-    }
     void drop(const std::string& coin) {
         letTheLineClear();
         ASSERT_TRUE(box.drop(coin));
@@ -32,8 +23,6 @@ class ValtestRoad : public ProgramTest {
             .name()
             .toStdString();
     }
-
-    Technician technician{loop, box};
 };
 
 TEST_F(ValtestRoad, FromTheMainWindowAndBack) {
@@ -109,7 +98,7 @@ TEST_F(ValtestRoad, NothingOvertakesThePauseAfterAnMe181sCoin) {
 }
 
 TEST_F(ValtestRoad, ACoinControlsMechDrivesItsOutputsOneByOneOrAsACode) {
-    openMain("435", kCoinControls, "cmbCCmech");
+    openMain("435", kCoinControls);
     click("frmMain.cmdCCValTest");
     ASSERT_TRUE(visible("frmValtest"));
     EXPECT_TRUE(visible("frmValtest.frmOptions"));
@@ -133,7 +122,7 @@ TEST_F(ValtestRoad, ACoinControlsMechDrivesItsOutputsOneByOneOrAsACode) {
 }
 
 TEST_F(ValtestRoad, TheTubesOfA450StandInTheirOrder) {
-    openMain("450", kCoinControls, "cmbCCmech");
+    openMain("450", kCoinControls);
     click("frmMain.cmdCCValTest");
     ASSERT_TRUE(visible("frmValtest"));
     int position = 0;
@@ -146,11 +135,9 @@ TEST_F(ValtestRoad, TheTubesOfA450StandInTheirOrder) {
 
 TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {
     technician.promWords = 256;
-    technician.coinset =
-        std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / "ME111-Dorin.cst";
     openMain("ME111");
-    click("frmMain.cmdMars");
-    click("frmCoinMeasure1.cmdRunCoinset");
+    openMeasurement();
+    runCoinset("ME111-Dorin.cst");
     ASSERT_TRUE(visible("frmPROM"));
     EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
     click("frmPROM.cmdProgPROM");

@@ -4,8 +4,7 @@
 #include <ostream>
 
 #include "OldProm.h"
-#include "ProgramFixture.h"
-#include "Technician.h"
+#include "RoadFixture.h"
 
 namespace vantor::test {
 namespace {
@@ -13,16 +12,11 @@ namespace {
 using std::chrono::milliseconds;
 
 /// The coin wizards through the windows, on the simulated box.
-class WizardRoad : public ProgramTest {
+class WizardRoad : public Road {
   protected:
     void openPanel(const std::string& model, bool twoK) {
-        box.plugValidator(kMars, model);
-        writeConfig("\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n");
-        run();
-        ASSERT_TRUE(visible("frmMain"));
-        choose("frmMain.cmbMarsMech", model);
-        click("frmMain.cmdMars");
-        ASSERT_TRUE(visible("frmCoinMeasure1"));
+        openMain(model);
+        openMeasurement();
         me181_ = model == "ME181";
         click(twoK ? "frmCoinMeasure1.opt2K" : "frmCoinMeasure1.opt1K");
         segments_ = twoK && !me181_ ? 4 : 2;
@@ -87,8 +81,6 @@ class WizardRoad : public ProgramTest {
         EXPECT_FALSE(box.coinDataOn());
     }
 
-    Technician technician{loop, box};
-
   private:
     int segments_ = 2;
     bool me181_ = false;
@@ -99,6 +91,7 @@ struct Case {
     bool twoK;
     std::string coin;
     int channel;
+    bool log;
     std::string sent;
 };
 
@@ -115,6 +108,8 @@ TEST_P(EveryWizardModel, AddsACoinAndKeepsTheRest) {
     chooseCoin(road.coin);
     EXPECT_EQ(visible("frmCoinMeasure1.txtCoinValue"), me181);
     if (me181) widget<QLineEdit>("frmCoinMeasure1.txtCoinValue")->setText("45");
+    widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(road.log);
+    technician.log = folder() / "results.csv";
     dropsAt("Start Coin Drop", "20 Pell");
     EXPECT_EQ(press("cmdAddReplace"), road.sent);
     ASSERT_TRUE(visible("frmPROM"));
@@ -134,19 +129,27 @@ TEST_P(EveryWizardModel, AddsACoinAndKeepsTheRest) {
         EXPECT_EQ(cells[value] + 16 * cells[value + 1],
                   channel == road.channel ? 45 : oldCoinValue(channel));
     }
+    // The wizard's name and mode stand where a coinset's would.
+    std::string reference;
+    for (const std::size_t at : {496U, 498U, 500U, 506U}) {
+        if (me181) reference += static_cast<char>(16 * cells[at] + cells[at + 1]);
+    }
+    EXPECT_EQ(reference, me181 ? "WIZ2" : "");
     click("frmPROM.cmdBack1");
     expectReadyWindow();
+    const std::string log = readFile(technician.log).value_or("");
+    EXPECT_EQ(log.starts_with("\"Wizard\",2\r\n\"Idles\","), road.log) << log;
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Mars, EveryWizardModel,
-    ::testing::Values(Case{"ME111", false, "E1", 5, "Z030020150100\rSMIJNIJEAWW"},
-                      Case{"ME111", true, "F4", 24, "Z030020150100\rSMIJNIJEKWW"},
-                      Case{"ME181", true, "C2", 9, "Z030020150100\rSMIWCFDJJNIJEKWW"},
-                      Case{"MS1000", true, "A3", 13, "Z150150150425\rSMIJNIJEKWW"},
-                      Case{"MS111", false, "B2", 8, "Z030020150100\rSMIJNIJEAWW"},
-                      Case{"MS130B1", false, "D1", 4, "Z030020150100\rSMIJNIJEAWW"},
-                      Case{"MS1400", true, "A2", 7, "C02Z150150150425\rSMIJNIJEKWW"}),
+    ::testing::Values(Case{"ME111", false, "E1", 5, false, "Z030020150100\rSMIJNIJEAWW"},
+                      Case{"ME111", true, "F4", 24, false, "Z030020150100\rSMIJNIJEKWW"},
+                      Case{"ME181", true, "C2", 9, false, "Z030020150100\rSMIWCFDJJNIJEKWW"},
+                      Case{"MS1000", true, "A3", 13, true, "Z150150150425\rSMIJYNIJEKWW"},
+                      Case{"MS111", false, "B2", 8, false, "Z030020150100\rSMIJNIJEAWW"},
+                      Case{"MS130B1", false, "D1", 4, false, "Z030020150100\rSMIJNIJEAWW"},
+                      Case{"MS1400", true, "A2", 7, false, "C02Z150150150425\rSMIJNIJEKWW"}),
     [](const auto& row) { return row.param.model + row.param.coin; });
 
 TEST_F(WizardRoad, SlugFixShowsTheSlugBesideTheOldLimits) {

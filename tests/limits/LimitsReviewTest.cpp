@@ -112,88 +112,47 @@ struct LimitsWorld : LinkWorld {
     }
 };
 
+/// Ticks of four segments as text: "0110".
+std::array<bool, 4> ticks(std::string_view text) {
+    std::array<bool, 4> all{};
+    for (std::size_t i = 0; i < 4; ++i) all.at(i) = text[i] == '1';
+    return all;
+}
+
 TEST(LimitsLayout, FollowsMechAndSegments) {
     struct Case {
         const char* what;
         std::string_view maker, model;
         int promSizeCode;
-        std::array<bool, 4> selected;
+        const char* selected;
         bool twoSegments;
-        std::array<bool, 4> enabled;
+        const char* enabled;
         int chosen;
         const char* head;
         std::size_t rows, params;
     };
-    for (const Case& c : {Case{"only segment 3",
-                               kMars,
-                               "ME111",
-                               1,
-                               {false, false, true, false},
-                               false,
-                               {false, false, true, false},
-                               2,
-                               "Coin A1",
-                               6,
-                               3},
-                          Case{"the lowest one is chosen",
-                               kMars,
-                               "ME111",
-                               1,
-                               {false, true, true, true},
-                               false,
-                               {false, true, true, true},
-                               1,
-                               "Coin A1",
-                               6,
-                               3},
-                          Case{"1K has no segment 3",
-                               kMars,
-                               "ME111",
-                               0,
-                               {false, true, true, true},
-                               false,
-                               {false, true, false, false},
-                               1,
-                               "Coin A1",
-                               6,
-                               3},
-                          Case{"two segments in 2K",
-                               kMars,
-                               "ME181",
-                               1,
-                               {true, true, true, true},
-                               true,
-                               {true, true, false, false},
-                               0,
-                               "Coin A1",
-                               6,
-                               3},
-                          Case{"segments of an EEPROM",
-                               kCoinControls,
-                               "435",
-                               0,
-                               {true, false, false, false},
-                               false,
-                               {true, true, false, false},
-                               0,
-                               "Coin 01",
-                               8,
-                               5}}) {
+    const Case cases[] = {
+        {"only segment 3", kMars, "ME111", 1, "0010", false, "0010", 2, "Coin A1", 6, 3},
+        {"the lowest one is chosen", kMars, "ME111", 1, "0111", false, "0111", 1, "Coin A1", 6, 3},
+        {"1K has no segment 3", kMars, "ME111", 0, "0111", false, "0100", 1, "Coin A1", 6, 3},
+        {"two segments in 2K", kMars, "ME181", 1, "1111", true, "1100", 0, "Coin A1", 6, 3},
+        {"an EEPROM", kCoinControls, "435", 0, "1000", false, "1100", 0, "Coin 01", 8, 5}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
         LimitsWorld world(c.maker, c.model);
         world.family.twoSegments = c.twoSegments;
         world.state.prom.promSizeCode = c.promSizeCode;
-        for (int i = 0; i < 4; ++i) {
-            world.state.prom.segmentSelected[i] = c.selected.at(static_cast<std::size_t>(i));
-        }
+        for (int i = 0; i < 4; ++i) world.state.prom.segmentSelected[i] = c.selected[i] == '1';
         world.state.limits.limitsEdited = true;
         world.review.setupfrmPROM();
-        EXPECT_EQ(world.window.layout.segmentEnabled, c.enabled) << c.what;
-        EXPECT_EQ(world.window.layout.chosenSegment, c.chosen) << c.what;
-        EXPECT_EQ(world.state.limits.selectedSegment, c.chosen) << c.what;
-        EXPECT_EQ(world.window.layout.rowHeads.at(0), c.head) << c.what;
-        EXPECT_EQ(world.window.layout.rowHeads.size(), c.rows) << c.what;
-        EXPECT_EQ(world.window.layout.paramNames.size(), c.params) << c.what;
-        EXPECT_FALSE(world.state.limits.limitsEdited) << c.what;
+        const LimitsLayout& shown = world.window.layout;
+        EXPECT_EQ(shown.segmentEnabled, ticks(c.enabled));
+        EXPECT_EQ(shown.chosenSegment, c.chosen);
+        EXPECT_EQ(world.state.limits.selectedSegment, c.chosen);
+        EXPECT_EQ(shown.rowHeads.at(0), c.head);
+        EXPECT_EQ(shown.rowHeads.size(), c.rows);
+        EXPECT_EQ(shown.paramNames.size(), c.params);
+        EXPECT_FALSE(world.state.limits.limitsEdited);
     }
 }
 

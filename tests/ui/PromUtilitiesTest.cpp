@@ -50,6 +50,7 @@ TEST_F(PromUtilitiesRoad, FromTheMainWindow) {
     EXPECT_EQ(line("lblPROM", 1), "10 1 2 3 4 5 6 7 8 9 A B C D E F 0 ");
     EXPECT_EQ(line("lblPROM2", 15), "F0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 ");
 
+    for (const bool selected : program->state().prom.segmentSelected) EXPECT_TRUE(selected);
     choose("frmPROMdata.cmbSize", "2K");
     click("frmPROMdata.cmdReadPROM");
     EXPECT_EQ(sent(), "JEKW");
@@ -59,6 +60,10 @@ TEST_F(PromUtilitiesRoad, FromTheMainWindow) {
     choose("frmPROMdata.cmbDisplay", "Limits Segs 3 & 4");
     // Cells 257 to 262 hold 1 to 6.
     EXPECT_EQ(line("lblPROM", 2).substr(0, 15), "A3   0801 1620 ");
+
+    choose("frmPROMdata.cmbSize", "1K");
+    EXPECT_EQ(widget<QComboBox>("frmPROMdata.cmbDisplay")->count(), 2);
+    EXPECT_EQ(line("lblPROM", 1), "10 1 2 3 4 5 6 7 8 9 A B C D E F 0 ");
 
     click("frmPROMdata.cmdBye");
     EXPECT_EQ(sent(), "W");

@@ -1,23 +1,18 @@
-#include <QClipboard>
-#include <QComboBox>
-#include <QFontInfo>
-#include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QScrollBar>
 
-#include "WindowsWorld.h"
-#include "catalogue/LanguageFile.h"
+#include "MemoryWindow.h"
 #include "cc/EepromUtilities.h"
 #include "cc/frmEEPROMdata.h"
 
 namespace vantor::test {
 namespace {
 
-using W = WindowsWorld;
-
-class EepromWindow : public testing::Test {
+class EepromWindow : public MemoryWindowTest {
   protected:
-    EepromWindow() { window.setUtilities(utilities); }
+    EepromWindow() {
+        look(window);
+        window.setUtilities(utilities);
+    }
 
     /// Nobody answers, so nothing is read; then the memory holds what a whole read would bring.
     void open(std::string_view model) {
@@ -29,15 +24,8 @@ class EepromWindow : public testing::Test {
         w.state.noteOldImage(true);
         choose(0);
     }
-    void choose(int view) {
-        auto* box = W::find<QComboBox>(window, "cmbDisplay");
-        box->setCurrentIndex(view);
-        emit box->activated(view);
-    }
-    QPlainTextEdit* pane() { return W::find<QPlainTextEdit>(window, "lblPROM"); }
     QLineEdit* box(const std::string& name) { return W::find<QLineEdit>(window, name); }
 
-    WindowsWorld w;
     FrmProgramming progress{w.state};
     CcFamily family{w.state,       w.base.link, w.base.check,         w.base.prompts,
                     w.base.errors, progress,    w.base.receiver.sinks};
@@ -48,60 +36,37 @@ class EepromWindow : public testing::Test {
 TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {
     struct Case {
         const char* model;
-        int linesOfWords, linesOfLimits, linesOfOther;
+        std::array<int, 3> lines;  ///< of each view; 0 = boxes
     };
-    for (const std::string language : {"English", "Deutsch", "Francais", "Espa\xF1ol"}) {
-        w.state.messages.language = language;
-        loadLanguage(w.state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
-                     w.base.prompts, w.base.errors);
+    inEveryLanguage([this](const std::string& language) {
         for (const Case& c :
-             {Case{"C120", 8, 13, 15}, Case{"220B", 8, 9, 3}, Case{"335", 8, 17, 3},
-              Case{"450", 8, 13, 13}, Case{"435", 16, 17, 0}, Case{"Sentinel", 4, 9, 9}}) {
-            SCOPED_TRACE(language + " " + c.model);
+             {Case{"C120", {8, 13, 15}}, Case{"220B", {8, 9, 3}}, Case{"335", {8, 17, 3}},
+              Case{"450", {8, 13, 13}}, Case{"435", {16, 17, 0}}, Case{"Sentinel", {4, 9, 9}}}) {
+            SCOPED_TRACE(c.model);
             open(c.model);
             ASSERT_TRUE(window.isVisible());
             EXPECT_EQ(W::label(window, "lblmechType"), c.model);
-            EXPECT_TRUE(QFontInfo(pane()->font()).fixedPitch());
-            for (const int view : {0, 1, 2}) {
+            for (int view = 0; view < 3; ++view) {
                 choose(view);
-                QApplication::processEvents();
+                const int lines = c.lines.at(static_cast<std::size_t>(view));
+                EXPECT_EQ(W::control(window, "frm435")->isVisible(), lines == 0);
+                EXPECT_EQ(pane()->isVisible(), lines > 0);
+                EXPECT_EQ(W::control(window, "cmdProgramme")->isEnabled(), lines > 0);
+                EXPECT_EQ(W::control(window, "cmdRouting")->isEnabled(), lines == 0);
+                if (lines > 0) expectWhole(lines);
                 shoot(window,
                       toQt("eeprom-" + language + "-" + c.model + "-") + QString::number(view));
-                const bool boxes = view == 2 && c.linesOfOther == 0;
-                EXPECT_EQ(W::control(window, "frm435")->isVisible(), boxes);
-                EXPECT_EQ(pane()->isVisible(), !boxes);
-                EXPECT_EQ(W::control(window, "cmdProgramme")->isEnabled(), !boxes);
-                EXPECT_EQ(W::control(window, "cmdRouting")->isEnabled(), boxes);
-                if (boxes) continue;
-                const int lines[] = {c.linesOfWords, c.linesOfLimits, c.linesOfOther};
-                EXPECT_EQ(pane()->blockCount(), lines[view]);
-                EXPECT_EQ(pane()->verticalScrollBar()->maximum(), 0) << "not all of it shows";
-                EXPECT_EQ(pane()->horizontalScrollBar()->maximum(), 0) << "not all of it shows";
             }
-            for (QWidget* control : window.findChildren<QWidget*>()) {
-                if (!control->isVisible() || control == pane()) continue;
-                if (!qobject_cast<QLabel*>(control) && !qobject_cast<QAbstractButton*>(control)) {
-                    continue;
-                }
-                EXPECT_GE(control->width(), control->sizeHint().width())
-                    << control->objectName().toStdString();
-            }
+            expectEveryTextFits();
             utilities.closeWindow();
-            EXPECT_FALSE(window.isVisible());
-            EXPECT_EQ(pane()->toPlainText(), QString());
+            expectClosedAndEmpty();
         }
-    }
+    });
 }
 
 TEST_F(EepromWindow, ThePaneCanBeCopiedAndNotTypedInto) {
     open("335");
-    const QString before = pane()->toPlainText();
-    ASSERT_TRUE(before.startsWith(QStringLiteral("  00 0000 0101 0202 ")));
-    W::type(pane(), QStringLiteral("x"));
-    EXPECT_EQ(pane()->toPlainText(), before);
-    pane()->selectAll();
-    pane()->copy();
-    EXPECT_EQ(QApplication::clipboard()->text(), before);
+    expectReadOnly(QStringLiteral("  00 0000 0101 0202 "));
 }
 
 TEST_F(EepromWindow, TheBoxesShowAndGiveBackThe435sSettings) {

@@ -1,24 +1,16 @@
-#include "WindowsWorld.h"
-
-#include <QClipboard>
-#include <QComboBox>
-#include <QFontInfo>
-#include <QPlainTextEdit>
-#include <QScrollBar>
-#include <QTextCursor>
-
-#include "catalogue/LanguageFile.h"
+#include "MemoryWindow.h"
 #include "mars/PromUtilities.h"
 #include "mars/frmPROMdata.h"
 
 namespace vantor::test {
 namespace {
 
-using W = WindowsWorld;
-
-class PromWindow : public testing::Test {
+class PromWindow : public MemoryWindowTest {
   protected:
-    PromWindow() { window.setUtilities(utilities); }
+    PromWindow() {
+        look(window);
+        window.setUtilities(utilities);
+    }
 
     /// Opens the window over the limits window, with numbers in every column of both panes.
     void open(std::string_view model, int promSizeCode) {
@@ -33,67 +25,55 @@ class PromWindow : public testing::Test {
         for (int cell = 0; cell < 512; ++cell) w.state.images.old[cell] = cell * 7 / 3 % 16;
         utilities.openFromLimits();
     }
-    QPlainTextEdit* pane(const char* name) { return W::find<QPlainTextEdit>(window, name); }
-    void choose(const char* list, int entry) {
-        auto* box = W::find<QComboBox>(window, list);
-        box->setCurrentIndex(entry);
-        emit box->activated(entry);
-    }
 
-    WindowsWorld w;
     FrmPROMdata window{w.state, w.actions};
     PromUtilities utilities{w.state, w.base.link, w.base.families, w.base.errors, window, window};
 };
 
-TEST_F(PromWindow, ShowsBothSidesInFixedPitch) {
+TEST_F(PromWindow, ShowsBothSidesWhole) {
     struct Case {
         const char* model;
         int promSizeCode, view, lines;
-        const char* shot;
+        const char *shot, *next;  ///< a line of the new side
     };
-    for (const std::string language : {"English", "Deutsch", "Francais", "Espa\xF1ol"}) {
-        w.state.messages.language = language;
-        loadLanguage(w.state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
-                     w.base.prompts, w.base.errors);
-        for (const Case& c : {Case{"ME111", 0, 0, 17, "raw"}, Case{"MS1000", 1, 3, 15, "limits"},
-                              Case{"ME181", 1, 1, 17, "values"}}) {
-            SCOPED_TRACE(language + " " + c.shot);
+    inEveryLanguage([this](const std::string& language) {
+        for (const Case& c :
+             {Case{"ME111", 0, 0, 17, "raw", "F0 0 0 0 "},
+              Case{"MS1000", 1, 3, 15, "limits", "B3   1401 1402 1403 1404 1405 1406 "},
+              Case{"ME181", 1, 1, 17, "values", "    H   035 040 045 050 055 060 "}}) {
+            SCOPED_TRACE(c.shot);
             open(c.model, c.promSizeCode);
-            choose("cmbDisplay", c.view);
-            QApplication::processEvents();
+            choose(c.view);
             EXPECT_EQ(W::label(window, "lblmechType"), c.model);
             EXPECT_FALSE(W::control(window, "cmbSize")->isEnabled());
             EXPECT_EQ(W::find<QComboBox>(window, "cmbSize")->currentIndex(), c.promSizeCode);
-            for (const char* name : {"lblPROM", "lblPROM2"}) {
-                EXPECT_TRUE(QFontInfo(pane(name)->font()).fixedPitch());
-                EXPECT_EQ(pane(name)->blockCount(), c.lines);
-                EXPECT_EQ(pane(name)->verticalScrollBar()->maximum(), 0) << "not all of it shows";
-                EXPECT_EQ(pane(name)->horizontalScrollBar()->maximum(), 0) << "not all of it shows";
-            }
-            for (const char* name : {"cmdReadPROM", "cmdBye", "cmbDisplay", "Label1", "Label2",
-                                     "Label3", "Label4", "Label5", "lblmechType"}) {
-                const QWidget* control = W::control(window, name);
-                EXPECT_GE(control->width(), control->sizeHint().width()) << name;
-            }
+            for (const char* name : {"lblPROM", "lblPROM2"}) expectWhole(c.lines, name);
+            const std::string next = fromQt(pane("lblPROM2")->toPlainText());
+            EXPECT_NE(next.find("\n" + std::string(c.next)), std::string::npos) << next;
+            expectEveryTextFits();
             shoot(window, toQt("prom-" + language + "-" + c.shot));
             utilities.closeWindow();
-            EXPECT_FALSE(window.isVisible());
-            EXPECT_EQ(pane("lblPROM")->toPlainText(), QString());
+            expectClosedAndEmpty();
         }
+    });
+}
+
+TEST_F(PromWindow, HeadingsAreThoseOfTheirOwnPane) {
+    for (int id = 108; id <= 113; ++id) {
+        w.state.messages.setLoaded(id, "<" + std::to_string(id) + ">");
     }
+    w.state.messages.languageTableLoaded = true;
+    w.state.messages.language = "Deutsch";
+    open("ME181", 0);
+    choose(1);
+    const QString read = pane()->toPlainText(), next = pane("lblPROM2")->toPlainText();
+    EXPECT_TRUE(read.startsWith(u"<108>\n<110>\n") && read.contains(u"\n<112>\n    L   "));
+    EXPECT_TRUE(next.startsWith(u"<109>\n<111>\n") && next.contains(u"\n<113>\n    L   "));
 }
 
 TEST_F(PromWindow, ThePanesCanBeCopiedAndNotTypedInto) {
     open("ME111", 0);
-    QPlainTextEdit* left = pane("lblPROM");
-    const QString before = left->toPlainText();
-    ASSERT_TRUE(before.startsWith(QStringLiteral("00 0 2 4 7 9 B E 0 2 5 7 9 C E 0 3 \n10 ")));
-    W::type(left, QStringLiteral("x"));
-    EXPECT_EQ(left->toPlainText(), before);
-    left->selectAll();
-    left->copy();
-    EXPECT_EQ(QApplication::clipboard()->text(), before);
-    w.actions.run(1, [left] { EXPECT_TRUE(left->isEnabled()) << "while the PROM is read"; });
+    expectReadOnly(QStringLiteral("00 0 2 4 7 9 B E 0 2 5 7 9 C E 0 3 \n10 "));
 }
 
 }  // namespace

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QFontInfo>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+
+#include "WindowsWorld.h"
+#include "catalogue/LanguageFile.h"
+#include "link/frmMemory.h"
+
+namespace vantor::test {
+
+/// One of the memory utilities windows over a memory that needs no box.
+class MemoryWindowTest : public testing::Test {
+  protected:
+    using W = WindowsWorld;
+
+    /// Once the window is made.
+    void look(FrmMemory& window) { window_ = &window; }
+
+    /// Runs `check` in each language that there is a file of.
+    void inEveryLanguage(const std::function<void(const std::string&)>& check) {
+        for (const std::string language : {"English", "Deutsch", "Francais", "Espa\xF1ol"}) {
+            SCOPED_TRACE(language);
+            w.state.messages.language = language;
+            loadLanguage(w.state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
+                         w.base.prompts, w.base.errors);
+            check(language);
+        }
+    }
+    void choose(int view) {
+        auto* box = W::find<QComboBox>(*window_, "cmbDisplay");
+        box->setCurrentIndex(view);
+        emit box->activated(view);
+        QApplication::processEvents();
+    }
+    QPlainTextEdit* pane(const char* name = "lblPROM") {
+        return W::find<QPlainTextEdit>(*window_, name);
+    }
+    /// All lines of a pane show at once, in fixed pitch.
+    void expectWhole(int lines, const char* name = "lblPROM") {
+        EXPECT_TRUE(QFontInfo(pane(name)->font()).fixedPitch());
+        EXPECT_EQ(pane(name)->blockCount(), lines);
+        EXPECT_EQ(pane(name)->verticalScrollBar()->maximum(), 0) << "not all of it shows";
+        EXPECT_EQ(pane(name)->horizontalScrollBar()->maximum(), 0) << "not all of it shows";
+    }
+    void expectEveryTextFits() {
+        for (QWidget* control : window_->findChildren<QWidget*>()) {
+            const bool text =
+                qobject_cast<QLabel*>(control) || qobject_cast<QAbstractButton*>(control);
+            if (!text || !control->isVisible()) continue;
+            EXPECT_GE(control->width(), control->sizeHint().width())
+                << control->objectName().toStdString();
+        }
+    }
+    void expectClosedAndEmpty() {
+        EXPECT_FALSE(window_->isVisible());
+        EXPECT_EQ(pane()->toPlainText(), QString());
+        EXPECT_EQ(W::label(*window_, "lblmechType"), "");
+    }
+    /// A pane that begins so can be copied and not typed into.
+    void expectReadOnly(const QString& beginning) {
+        const QString before = pane()->toPlainText();
+        ASSERT_TRUE(before.startsWith(beginning)) << before.toStdString();
+        W::type(pane(), QStringLiteral("x"));
+        EXPECT_EQ(pane()->toPlainText(), before);
+        pane()->selectAll();
+        pane()->copy();
+        EXPECT_EQ(QApplication::clipboard()->text(), before);
+        w.actions.run(1, [this] { EXPECT_TRUE(pane()->isEnabled()) << "while a mech is read"; });
+    }
+
+    WindowsWorld w;
+
+  private:
+    FrmMemory* window_ = nullptr;
+};
+
+}  // namespace vantor::test
