@@ -263,6 +263,8 @@ void ProgrammerLink::idleDrain() {
 }
 
 void ProgrammerLink::drain() {
+    // A decoder that waits is not done with its line: the next one follows it, not nested in it.
+    if (holdingInput()) return;
     while (!queue_.empty()) {
         const std::uint8_t byte = queue_.front();
         queue_.pop_front();

@@ -116,6 +116,14 @@ TEST(ProgrammerLink, BytesWithoutAFlowAreHandledByTheIdleDrain) {
     EXPECT_EQ(world.state.box.boxVersion, "V1.95");
 }
 
+TEST(ProgrammerLink, ADecoderThatWaitsIsDoneWithItsLineBeforeTheNext) {
+    LinkWorld world;
+    world.select(kMars, "ME181");
+    world.port.receive("V A\rV B\rV C\r");
+    world.loop.advance(std::chrono::seconds(1));
+    EXPECT_EQ(world.port.sent, "C01C00C01C00C01C00");
+}
+
 TEST(ProgrammerLink, TheCoinDisplayIsResetOnceWhenItsHoldHasRunOut) {
     LinkWorld world;
     int resets = 0;
