@@ -60,6 +60,14 @@ bool isDecimal(std::string_view text) {
     return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
+/// Without control characters: a return inside a block would end its write too early.
+bool isText(std::string_view text) {
+    return std::ranges::none_of(text, [](char c) {
+        const auto code = static_cast<unsigned char>(c);
+        return code < 32 || code == 127;
+    });
+}
+
 // --- steps
 
 NriReadStep blockStep(int block, int least) {
@@ -254,7 +262,7 @@ std::vector<NriReadStep> nriReadSteps(const NriShape& shape) {
 
 bool nriBlockSound(const NriShape& shape, const NriReadStep& step, std::string_view text) {
     const auto least = static_cast<std::size_t>(step.least);
-    if (text.size() < least) return false;
+    if (text.size() < least || !isText(text)) return false;
     if (shape.model.handshake) return least == 0 || isHexPairs(text);
     return step.lines == 1 || (text.size() == least && isDecimal(text));
 }

@@ -332,6 +332,9 @@ TEST(NriFile, WritesTheBlocksThatTheModelHas) {
         NriBlockTexts cut = plain;
         cut[block].pop_back();
         EXPECT_FALSE(nriFileWrites(nriShape("G18-0000"), cut)) << block;
+        // The mech would take the return for the end of the block.
+        cut[block] = plain[block] + "\r";
+        EXPECT_FALSE(nriFileWrites(nriShape("G18-0000"), cut)) << block;
     }
 }
 
