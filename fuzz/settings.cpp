@@ -29,7 +29,10 @@ void configuration(std::string_view bytes) {
     const Configuration read = parseConfiguration(bytes);
     require(read.portNumber >= 1 && read.portNumber <= kPorts, "the port is one of the list");
     const std::string written = configurationLine(read, bytes);
-    require(sameConfiguration(parseConfiguration(written), read), "what was read is kept");
+    // Windows-1252 that happens to be UTF-8 is taken for that.
+    if (fromFileBytes(written) == written) {
+        require(sameConfiguration(parseConfiguration(written), read), "what was read is kept");
+    }
     require(splitLines(written).size() == 1, "the configuration is one line");
 }
 
