@@ -2,134 +2,18 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <algorithm>
-#include <map>
-#include <ostream>
 
-#include "RoadFixture.h"
-#include "boxsim/SimulatedMech.h"
-#include "catalogue/Text.h"
-
-// NRI mechs through the windows. What the mechs must hold afterwards is worked out here once more,
-// from the numbers that the limits window shows.
+#include "NriRoad.h"
 
 namespace vantor::test {
 namespace {
 
 using boxsim::Fault;
-using Blocks = std::map<int, std::string>;
-using Limits = std::vector<std::vector<int>>;  ///< by channel: low and high per parameter
 
-struct Case {
-    std::string model;
-    bool plain = false;
-    int parameters = 6, channels = 12, rowsOfSegment = 6;
-    Blocks fromCoinset{};      ///< as makers describe the blocks, worked out by hand
-    int kept = 0, source = 0;  ///< a channel that takes over the limits of another
-};
-
-void PrintTo(const Case& road, std::ostream* out) {
-    *out << road.model;
-}
-
-class NriRoad : public Road {
-  protected:
-    static std::string fileStem(std::string model) {
-        std::ranges::replace(model, '/', '-');
-        return model;
-    }
-    void openNri(const std::string& model) { openMain(model, kNri); }
-    void gather(const std::string& model) {
-        openNri(model);
-        openMeasurement();
-        runCoinset(fileStem(model) + "-Dorin.cst");
-    }
-    [[nodiscard]] std::string last() const {
-        return technician.seen.empty() ? "" : technician.seen.back();
-    }
-    [[nodiscard]] Blocks blocks() {
-        Blocks all;
-        for (const boxsim::MemoryCell& cell : box.mech()->memory()) all[cell.number] = cell.content;
-        return all;
-    }
-    static std::string fileText(const Blocks& blocks) {
-        std::string text;
-        for (int i = 1; i <= 28; ++i) {
-            const auto block = blocks.find(i);
-            text += std::to_string(i) + ",\"" +
-                    (block == blocks.end() ? std::string() : block->second) + "\"\r\n";
-        }
-        return text;
-    }
-    [[nodiscard]] std::string dump(const std::string& model) const {
-        return readFile(folder() / (fileStem(model) + "temp.txt")).value_or("(none)");
-    }
-    /// "J" and "W" as they were sent.
-    [[nodiscard]] std::string switches() {
-        letTheLineClear();
-        std::string sent = box.sentByPc();
-        std::erase_if(sent, [](char c) { return c != 'J' && c != 'W'; });
-        return sent;
-    }
-    void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
-    void expectCommandMode() {
-        letTheLineClear();
-        EXPECT_TRUE(program->idle());
-        EXPECT_FALSE(box.inSerialMode());
-        EXPECT_FALSE(visible("frmProgramming"));
-        EXPECT_EQ(box.unknownBytes(), 0);
-    }
-    static std::string pane() {
-        return widget<QPlainTextEdit>("frmNRIdata.lblPROM")->toPlainText().toStdString();
-    }
-};
-
-/// The limits of the whole memory as the limits window shows them.
-Limits shownLimits(const Case& road) {
-    Limits all;
-    for (int segment = 0; segment * road.rowsOfSegment < road.channels; ++segment) {
-        click("frmPROM.optSeg_" + std::to_string(segment));
-        for (int row = 0; row < road.rowsOfSegment; ++row) {
-            std::vector<int> limits;
-            for (int i = 0; i < 2 * road.parameters; ++i) {
-                const int box = row * 2 * road.parameters + i;
-                limits.push_back(
-                    widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt());
-            }
-            all.push_back(limits);
-        }
-    }
-    return all;
-}
-
-/// A channel's block: pairs of high and low, or the highs and then the lows in decimal.
-std::string channelText(const Case& road, const std::vector<int>& limits) {
-    std::string pairs, highs, lows;
-    for (std::size_t p = 0; p < limits.size() / 2; ++p) {
-        const int low = limits[2 * p];
-        const int high = limits[2 * p + 1];
-        pairs += hex(static_cast<unsigned>(high), 2) + hex(static_cast<unsigned>(low), 2);
-        highs += padded(high, 3);
-        lows += padded(low, 3);
-    }
-    return road.plain ? highs + lows : pairs;
-}
-
-Blocks expectedBlocks(const Case& road, const Blocks& before, const Limits& limits) {
-    Blocks all = before;
-    for (int channel = 1; channel <= road.channels; ++channel) {
-        all[(road.plain ? 0 : 3) + channel] =
-            channelText(road, limits.at(static_cast<std::size_t>(channel - 1)));
-    }
-    for (const auto& [number, text] : road.fromCoinset) all[number] = text;
-    // The bench's calendar stands still on the 9th of March 2026.
-    all[road.plain ? road.channels + 2 : 3] = road.plain ? "09/03/26" : "09031A";
-    return all;
-}
-
-class EveryNriModel : public NriRoad, public ::testing::WithParamInterface<Case> {};
+class EveryNriModel : public NriRoad, public ::testing::WithParamInterface<NriCase> {};
 
 TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
-    const Case& road = GetParam();
+    const NriCase& road = GetParam();
     openNri(road.model);
     openMeasurement();
     EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text().toStdString(),
@@ -163,6 +47,20 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     expectCommandMode();
     EXPECT_EQ(box.sentByPc().back(), 'W') << "the validator is switched back";
     EXPECT_TRUE(enabled("frmPROM.cmdValtest"));
+
+    // It can be tested at once; a G10 in its own serial mode, a G40 as the commonest variant.
+    click("frmPROM.cmdValtest");
+    ASSERT_TRUE(visible("frmValtest")) << last();
+    letTheLineClear();
+    EXPECT_EQ(box.inSerialMode(), road.model.starts_with("G10"));
+    const bool g40 = road.model == "G40-0000";
+    EXPECT_EQ(visible("frmValtest.cmbG40"), g40);
+    if (g40) {
+        EXPECT_EQ(widget<QComboBox>("frmValtest.cmbG40")->currentText(), "G40-x4xx");
+    }
+    click("frmValtest.cmdBack");
+    ASSERT_TRUE(visible("frmPROM"));
+    expectCommandMode();
     const std::string log = readFile(folder() / "results.csv").value_or("");
     EXPECT_TRUE(log.starts_with("\"Dorin, ")) << log.substr(0, 60);
     EXPECT_NE(log.find("\"SD Upper\","), std::string::npos);
@@ -192,66 +90,7 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     EXPECT_TRUE(enabled("frmMain.cmdNRIprog") && enabled("frmMain.cmdNRIprom"));
 }
 
-/// A text for each of several channels.
-std::string times(int count, const std::string& text) {
-    std::string all;
-    for (int i = 0; i < count; ++i) all += text;
-    return all;
-}
-
-const std::string kCodes = "010204081020010204081020";
-const std::string kValuesOfEight = "050102040A1428641400000000";
-
-const std::vector<Case> kCases = {
-    {.model = "G13-6000",
-     .fromCoinset = {{16, kCodes},
-                     {17, kValuesOfEight},
-                     {19, "010244081020010200000000"},
-                     {20, times(7, "412056") + "412057" + times(4, "412056")},
-                     {26, "807F8180"}}},
-    {.model = "G40-0000",
-     .fromCoinset = {{16, kCodes},
-                     {17, kValuesOfEight},
-                     {18, "010204080102"},
-                     {19, "010204481020010200000000"},
-                     {20, times(7, "01368A") + "01368B" + times(4, "01368A")},
-                     {26, "7F808280"}}},
-    {.model = "G18-3000",
-     .fromCoinset = {{16, kCodes},
-                     {17, kValuesOfEight},
-                     {18, "010202010200"},
-                     {19, "010204081020010200000000"},
-                     {20, times(5, "000000") + "111000" + times(6, "000000")},
-                     {26, "807F8180827E"}}},
-    {.model = "G10-4000/5",
-     .fromCoinset = {{16,
-                      "104000050005001000200050"
-                      "00050010002000500100020005000100"},
-                     {17, "000402010000"},
-                     {18, "01020304"}}},
-    {.model = "G13-0000",
-     .plain = true,
-     .parameters = 4,
-     .channels = 6,
-     .fromCoinset = {{7, "005040020010004002001"}}},
-    {.model = "G18-0000",
-     .plain = true,
-     .parameters = 4,
-     .channels = 6,
-     .fromCoinset = {{7, "005040020010004002001"}}},
-    {.model = "G10-4000",
-     .plain = true,
-     .parameters = 4,
-     .channels = 8,
-     .rowsOfSegment = 8,
-     .fromCoinset = {{9,
-                      "G10-4000 R20005001000200050"
-                      "00050010002000500100020005000100"}},
-     .kept = 8,
-     .source = 5},
-};
-
-INSTANTIATE_TEST_SUITE_P(Nri, EveryNriModel, ::testing::ValuesIn(kCases), [](const auto& row) {
+INSTANTIATE_TEST_SUITE_P(Nri, EveryNriModel, ::testing::ValuesIn(kNriCases), [](const auto& row) {
     std::string name = "Model" + row.param.model;
     std::erase_if(name, [](char c) { return c == '-' || c == '/'; });
     return name;
@@ -365,17 +204,36 @@ TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
 }
 
 TEST_F(NriRoad, CloneCoinMechProgramsASavedMemoryFirst) {
-    technician.memoryFile =
-        std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "MemoryFiles" / "G13-6000-Dorin.txt";
-    openNri("G13-6000");
-    openMeasurement();
-    widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->setChecked(true);
-    runCoinset("G13-6000-Dorin.cst");
-    ASSERT_TRUE(visible("frmPROM")) << last();
-    EXPECT_TRUE(technician.saw("Write EEPROM|Confirm overwrite Memory")) << last();
-    EXPECT_TRUE(technician.saw("OK|Data Written OK"));
-    EXPECT_EQ(fileText(blocks()), readFile(technician.memoryFile));
-    expectCommandMode();
+    for (const char* model : {"G13-6000", "G10-4000/5", "G18-0000", "G10-4000"}) {
+        SCOPED_TRACE(model);
+        openNri(model);
+        // The saved mech differs in the windows of its first coin.
+        const Blocks mine = blocks();
+        const int block = mine.size() > 10 ? 4 : 1;
+        ASSERT_TRUE(box.mech()->setMemory(block, "12" + mine.at(block).substr(2)));
+        const Blocks other = blocks();
+        ASSERT_NE(other, mine);
+        technician.memoryFile = folder() / "other.txt";
+        write("other.txt", fileText(other));
+        ASSERT_TRUE(box.mech()->setMemory(block, mine.at(block)));
+
+        openMeasurement();
+        widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->setChecked(true);
+        technician.instead("Write EEPROM|Confirm overwrite Memory", QMessageBox::Cancel);
+        runCoinset(fileStem(model) + "-Dorin.cst");
+        EXPECT_TRUE(technician.allExceptionsUsed());
+        EXPECT_FALSE(visible("frmPROM") || technician.saw("Press YES"));
+        EXPECT_EQ(blocks(), mine) << "declined, the run is over before it has begun";
+        expectCommandMode();
+
+        runCoinset(fileStem(model) + "-Dorin.cst");
+        ASSERT_TRUE(visible("frmPROM")) << last();
+        EXPECT_TRUE(technician.saw("OK|Data Written OK"));
+        EXPECT_EQ(blocks(), other);
+        expectCommandMode();
+        program.reset();
+        technician.seen.clear();
+    }
 }
 
 // --- the validator test ----------------------------------------------------------------------
@@ -443,12 +301,23 @@ TEST_F(NriTestRoad, TheVariantsOfAG40) {
     int all = 0;
     for (int position = 0; position < 6; ++position) all += count(position);
     EXPECT_GE(all, 8);
-    letTheLineClear();
-    box.clearTranscript();
-    choose("frmValtest.cmbG40", "G40-x3xx");
-    letTheLineClear();
-    EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
-    EXPECT_TRUE(box.sentByPc().find("C01") != std::string::npos) << box.sentByPc();
+    struct Variant {
+        const char* name;
+        bool six;  ///< positions, and no binary output
+        const char* sent;
+    };
+    for (const Variant& v : {Variant{"G40-x3xx", false, "C01"}, Variant{"G40-x4xx", false, "C08"},
+                             Variant{"G40-x5xx", true, "C08"}, Variant{"G40-x6xx", true, "C08"},
+                             Variant{"G40-x0xx", true, "C08"}}) {
+        SCOPED_TRACE(v.name);
+        letTheLineClear();
+        box.clearTranscript();
+        choose("frmValtest.cmbG40", v.name);
+        letTheLineClear();
+        EXPECT_EQ(visible("frmValtest.lblCoin_5"), v.six);
+        EXPECT_EQ(visible("frmValtest.optBinary"), !v.six);
+        EXPECT_TRUE(box.sentByPc().ends_with(v.sent)) << box.sentByPc();
+    }
     leave();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QLineEdit>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -35,6 +36,9 @@ class Road : public ProgramTest {
         technician.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / file;
         click("frmCoinMeasure1.cmdRunCoinset");
     }
+    [[nodiscard]] std::string last() const {
+        return technician.seen.empty() ? "" : technician.seen.back();
+    }
     [[nodiscard]] std::vector<std::uint8_t> cells() const {
         const auto cells = box.promCells();
         return {cells.begin(), cells.end()};
@@ -45,5 +49,26 @@ class Road : public ProgramTest {
   private:
     std::string programButton_;
 };
+
+using Limits = std::vector<std::vector<int>>;  ///< by channel: low and high per parameter
+
+/// The limits of the whole memory as the limits window shows them.
+template <class Case>
+Limits shownLimits(const Case& road) {
+    Limits all;
+    for (int segment = 0; segment * road.rowsOfSegment < road.channels; ++segment) {
+        click("frmPROM.optSeg_" + std::to_string(segment));
+        for (int row = 0; row < road.rowsOfSegment; ++row) {
+            std::vector<int> limits;
+            for (int i = 0; i < 2 * road.parameters; ++i) {
+                const int box = row * 2 * road.parameters + i;
+                limits.push_back(
+                    widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt());
+            }
+            all.push_back(limits);
+        }
+    }
+    return all;
+}
 
 }  // namespace vantor::test
