@@ -227,7 +227,6 @@ struct Program::Impl {
     void finish() {
         if (finished) return;
         finished = true;
-        link.closePort();
         // The log is renamed to its place as it closes; a failure is told by nobody any more.
         try {
             measure.closeFiles();
@@ -235,12 +234,16 @@ struct Program::Impl {
             qWarning("the results log could not be closed");
         }
         for (QWidget* window : windows()) window->hide();
-        if (ended) ended();
+        link.hangUp([this] {
+            over = true;
+            if (ended) ended();
+        });
     }
 
     Platform platform;
     std::function<void()> ended;
-    bool finished = false;
+    bool finished = false;  ///< the end has begun
+    bool over = false;      ///< the port is closed
     SessionState state;
     ErrorReporter errors;
     ActionFrame actions;
@@ -300,7 +303,7 @@ bool Program::idle() const {
 }
 
 bool Program::ended() const {
-    return impl_->finished;
+    return impl_->over;
 }
 
 QWidget* Program::window(const std::string& name) const {

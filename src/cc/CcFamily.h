@@ -24,6 +24,7 @@ class CcFamily final : public MechFamily {
 
     void enableCoinData(int channel) override;
     void disableCoinData() override;
+    void abandonCoinData() override { memory_.abandonSession(); }
 
     bool programmeFromFile() override;
     bool readMemory() override { return memory_.readMemory(); }

@@ -1,5 +1,7 @@
 #include "link/MechCheck.h"
 
+#include <exception>
+
 namespace vantor {
 
 namespace {
@@ -8,8 +10,24 @@ constexpr int kEscapes = 25;
 constexpr int kStatusMs = 500;
 constexpr int kSerialModeAttempts = 5;
 constexpr int kModeMs = 500;
-constexpr int kLeaveBreakMs = 150;
-constexpr int kLeaveEscapes = 20;
+
+/// A program that ends before the box has said which mode it is in takes it to be in serial mode,
+/// which the program's end then leaves.
+class ModeInDoubt {
+  public:
+    explicit ModeInDoubt(BoxReplies& box) : box_(box) {}
+    ~ModeInDoubt() {
+        if (std::uncaught_exceptions() > before_ && !box_.commandModeFlag) {
+            box_.serialModeFlag = true;
+        }
+    }
+    ModeInDoubt(const ModeInDoubt&) = delete;
+    ModeInDoubt& operator=(const ModeInDoubt&) = delete;
+
+  private:
+    BoxReplies& box_;
+    int before_ = std::uncaught_exceptions();
+};
 
 }  // namespace
 
@@ -68,6 +86,8 @@ bool MechCheck::probeBox() {
 bool MechCheck::enterSerialMode(std::string_view modeCommand) {
     const bool& on = state_.box.serialModeFlag;
     const bool& cancelled = state_.gather.abortFlag;
+    state_.box.commandModeFlag = false;
+    const ModeInDoubt doubt(state_.box);
     for (int attempt = 0; attempt < kSerialModeAttempts; ++attempt) {
         link_.sendEscapes(kEscapes);
         link_.sendString(modeCommand);
@@ -85,6 +105,9 @@ void MechCheck::leaveSerialMode() {
     state_.box.serialModeFlag = false;
     state_.link.frameCount = 0;
     state_.link.lineBuffer.clear();
+    // A port that is gone was told; nobody could answer whether the box is stuck.
+    if (!state_.link.portOpen) return;
+    const ModeInDoubt doubt(state_.box);
     link_.flushInput();
     link_.sendBreak(kLeaveBreakMs);
     // What the mech still had to say must not stand before the box's line.

@@ -24,6 +24,7 @@ class MechCheck {
     /// run was cancelled meanwhile, which ends the attempts at once.
     bool enterSerialMode(std::string_view modeCommand);
     /// Back to command mode: 150 ms break, 20 ESC; a box that stays stuck is told (302).
+    /// Without an open port it only forgets the mode.
     void leaveSerialMode();
 
   private:

@@ -90,6 +90,9 @@ class MechFamily {
     /// to its end inside. `channel` is 1..24, or 0 for a slug without a channel.
     virtual void enableCoinData(int channel) = 0;
     virtual void disableCoinData() = 0;
+    /// In place of `disableCoinData` when the program ends amid a gather: what the mech must hear
+    /// so that no coin moves it any more, without waiting.
+    virtual void abandonCoinData() {}
     /// Whether `latestReading` may be counted; a refused one is told by the measurement session.
     [[nodiscard]] virtual bool readingValid() const { return true; }
     /// A fresh measurement window: what the box is told.

@@ -72,6 +72,7 @@ ProgrammerLink::ProgrammerLink(SessionState& state, EventLoop& loop, SerialPort&
 ProgrammerLink::~ProgrammerLink() {
     loop_.cancel(idleDrainId_);
     loop_.cancel(closeId_);
+    loop_.cancel(hangUpId_);
     port_.setReceiver({});
     port_.setFailureHandler({});
 }
@@ -163,6 +164,24 @@ void ProgrammerLink::closePort() {
     port_.close();
     state_.link.portOpen = false;
     queue_.clear();
+}
+
+void ProgrammerLink::hangUp(std::function<void()> closed) {
+    setKeepAlive(false);
+    if (!state_.link.portOpen || !state_.box.serialModeFlag) {
+        closePort();
+        closed();
+        return;
+    }
+    port_.setBreak(true);
+    hangUpId_ = loop_.callAfter(std::chrono::milliseconds(kLeaveBreakMs),
+                                [this, closed = std::move(closed)] {
+                                    hangUpId_ = 0;
+                                    port_.setBreak(false);
+                                    sendEscapes(kLeaveEscapes);
+                                    closePort();
+                                    closed();
+                                });
 }
 
 void ProgrammerLink::resetReceiver() {

@@ -14,6 +14,10 @@
 
 namespace vantor {
 
+/// What leads the box out of serial mode: a break and this many ESC.
+inline constexpr int kLeaveBreakMs = 150;
+inline constexpr int kLeaveEscapes = 20;
+
 /// Owns the one serial port, the ticks and every wait. Received bytes are only queued when they
 /// come; the waits and an idle timer drain the queue, byte by byte, into the byte handler.
 class ProgrammerLink {
@@ -88,6 +92,9 @@ class ProgrammerLink {
     void endProgram() { state_.link.ending = true; }
     /// The same from inside a flow, which unwinds at once.
     [[noreturn]] void endProgramNow();
+    /// The last word, when every flow has unwound: a box that may still be in serial mode is led
+    /// back to command mode first, then the port is closed and `closed` called.
+    void hangUp(std::function<void()> closed);
     /// A flow is waiting.
     [[nodiscard]] bool waiting() const { return waitDepth_ > 0; }
 
@@ -130,6 +137,7 @@ class ProgrammerLink {
     RepeatingTimer timer1_, timer2_, timer3_;
     EventLoop::TimerId idleDrainId_ = 0;
     EventLoop::TimerId closeId_ = 0;
+    EventLoop::TimerId hangUpId_ = 0;
     std::vector<SpentWait>* spentWaits_ = nullptr;
     bool ticking_ = false;
     int waitDepth_ = 0;

@@ -25,6 +25,7 @@ class MarsFamily final : public MechFamily {
 
     void enableCoinData(int channel) override;
     void disableCoinData() override;
+    void abandonCoinData() override { disableCoinData(); }
     [[nodiscard]] bool readingValid() const override;
     void startMeasuring() override;
     void startRun() override;

@@ -13,6 +13,30 @@ namespace {
 constexpr int kLastRow = 99;
 const std::string kEnd(kCrLf);
 
+/// Ends what `enableCoinData` began, also when the program ends amid the drops.
+class CoinDataScope {
+  public:
+    explicit CoinDataScope(MechFamily& family) : family_(family) {}
+    ~CoinDataScope() {
+        if (over_) return;
+        try {
+            family_.abandonCoinData();
+        } catch (...) {  // NOLINT(bugprone-empty-catch): already unwinding to the program's end
+        }
+    }
+    CoinDataScope(const CoinDataScope&) = delete;
+    CoinDataScope& operator=(const CoinDataScope&) = delete;
+
+    void disable() {
+        over_ = true;
+        family_.disableCoinData();
+    }
+
+  private:
+    MechFamily& family_;
+    bool over_ = false;
+};
+
 }  // namespace
 
 int filledRows(const CoinTable& table, int nextItem) {
@@ -74,6 +98,7 @@ void Gather::waitForDrops(int channel) {
     GatherState& gather = state.gather;
     MechFamily& family = parts_.families.selected();
     parts_.errors.attempt(495, [&] { family.enableCoinData(channel); });
+    CoinDataScope coinData(family);
     gather.gatherActive = true;
     parts_.errors.attempt(495, [&] {
         parts_.link.waitUntil(
@@ -82,7 +107,7 @@ void Gather::waitForDrops(int channel) {
     // Nobody else would end the run of a technician who waits for a box that is gone.
     if (!state.link.portOpen) gather.abortFlag = true;
     gather.coinsRemaining = 0;
-    parts_.errors.attempt(495, [&] { family.disableCoinData(); });
+    parts_.errors.attempt(495, [&] { coinData.disable(); });
     gather.gatherActive = false;
 }
 

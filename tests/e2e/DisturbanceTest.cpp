@@ -76,6 +76,8 @@ TEST_P(Disturbed, ExitUnwindsFromAnywhere) {
     EXPECT_EQ(endings, 1);
     EXPECT_TRUE(program->ended());
     EXPECT_FALSE(port.isOpen());
+    loop.advance(std::chrono::milliseconds(50));
+    EXPECT_FALSE(box.coinDataOn());
     for (const char* window : {"frmMain", "frmCoinMeasure1", "frmPROM", "frmProgramming"}) {
         EXPECT_FALSE(visible(window)) << window;
     }

@@ -89,6 +89,39 @@ TEST(MechCheck, AConfirmationThatComesAfterTheCancelDoesNotOutlastTheLeaving) {
     EXPECT_TRUE(world.prompts.asked.empty());
 }
 
+TEST(MechCheck, AProgramThatEndsAmidAModeChangeLeadsTheBoxBack) {
+    const std::string back = "<break></break>" + escapes(20);
+    struct Case {
+        const char* what;
+        bool leaving;
+        int endsMs;
+        int answerMs;  ///< of "*R"; 0 = none
+        std::string sent;
+    };
+    for (const Case& c :
+         {Case{"entering", false, 20, 0, escapes(25) + "$05" + back},
+          Case{"in the break", true, 60, 0, "<break></break>" + back},
+          Case{"no answer yet", true, 700, 0, "<break></break>" + escapes(20) + back},
+          Case{"it has answered", true, 120, 100, "<break></break>"}}) {
+        SCOPED_TRACE(c.what);
+        LinkWorld world;
+        world.state.box.serialModeFlag = c.leaving;
+        if (c.answerMs > 0) world.port.receive("*R\r", c.answerMs);
+        world.loop.callAfter(std::chrono::milliseconds(c.endsMs), [&] { world.link.endProgram(); });
+        if (c.leaving) {
+            EXPECT_THROW(world.check.leaveSerialMode(), ProgramEnded);
+        } else {
+            EXPECT_THROW((void)world.check.enterSerialMode("$05"), ProgramEnded);
+        }
+        bool closed = false;
+        world.link.hangUp([&] { closed = !world.port.isOpen(); });
+        EXPECT_EQ(closed, c.answerMs > 0) << "at once only when there is nothing to leave";
+        world.loop.advance(std::chrono::milliseconds(160));
+        EXPECT_TRUE(closed);
+        EXPECT_EQ(world.port.sent, c.sent);
+    }
+}
+
 TEST(MechCheck, ABoxStuckInSerialModeIsToldAfterTheCheckFailed) {
     LinkWorld world;
     world.state.box.serialModeFlag = true;

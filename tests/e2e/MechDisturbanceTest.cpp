@@ -9,30 +9,42 @@
 namespace vantor::test {
 namespace {
 
-struct Moment {
+struct Job {
     const char* model;
+    std::string_view maker;
+    int lengthMs;  ///< undisturbed
+    const char* good;
+};
+
+constexpr Job kC435 = {"435", kCoinControls, 54'000, "EEPROM Verified OK"};
+constexpr Job kSentinel = {"Sentinel", kCoinControls, 44'000, "EEPROM Verified OK"};
+constexpr Job kG13 = {"G13-6000", kNri, 54'600, "NRI Memory Programmed OK"};
+constexpr Job kG10 = {"G10-4000", kNri, 68'000, "NRI Memory Programmed OK"};
+
+struct Moment {
+    Job job;
     int percent;  ///< of the whole job
 };
 
 void PrintTo(const Moment& moment, std::ostream* out) {
-    *out << moment.model << " at " << moment.percent << " %";
+    *out << moment.job.model << " at " << moment.percent << " %";
 }
 
-class CcDisturbed : public Road, public ::testing::WithParamInterface<Moment> {
+class MechDisturbed : public Road, public ::testing::WithParamInterface<Moment> {
   protected:
+    static const Job& job() { return GetParam().job; }
     void open() {
-        openMain(GetParam().model, kCoinControls);
+        openMain(job().model, job().maker);
         openMeasurement();
     }
     void meanwhile(std::function<void()> disturb) {
-        const bool sentinel = std::string(GetParam().model) == "Sentinel";
-        const int lengthMs = sentinel ? kSentinelMs : kI2cMs;
-        moment_ = loop.callAfter(std::chrono::milliseconds(lengthMs * GetParam().percent / 100),
-                                 std::move(disturb));
+        moment_ =
+            loop.callAfter(std::chrono::milliseconds(job().lengthMs * GetParam().percent / 100),
+                           std::move(disturb));
     }
     void jobOver() { loop.cancel(moment_); }
     void runAndProgram() {
-        runCoinset(std::string(GetParam().model) + "-Dorin.cst");
+        runCoinset(job().model + std::string("-Dorin.cst"));
         if (endings == 0 && visible("frmPROM")) click("frmPROM.cmdProgPROM");
     }
     void expectACleanRunWorks() {
@@ -43,47 +55,50 @@ class CcDisturbed : public Road, public ::testing::WithParamInterface<Moment> {
         ASSERT_TRUE(visible("frmCoinMeasure1"));
         technician.seen.clear();
         runAndProgram();
-        EXPECT_TRUE(technician.saw("EEPROM Verified OK")) << technician.seen.back();
+        EXPECT_TRUE(technician.saw(job().good)) << technician.seen.back();
         EXPECT_FALSE(box.inSerialMode());
     }
 
-    static constexpr int kI2cMs = 54'000, kSentinelMs = 44'000;  ///< of an undisturbed job
     EventLoop::TimerId moment_ = 0;
 };
 
-TEST_P(CcDisturbed, CancelOperationEndsTheRun) {
+TEST_P(MechDisturbed, CancelOperationEndsTheRun) {
     open();
     bool cancelled = false;
     meanwhile([&] {
         cancelled = program->state().gather.runActive;
         if (cancelled) click("frmCoinMeasure1.cmdBack");
     });
-    runCoinset(std::string(GetParam().model) + "-Dorin.cst");
+    runCoinset(job().model + std::string("-Dorin.cst"));
     jobOver();
     if (cancelled) {
         EXPECT_FALSE(technician.saw("Timeout reading"));
+        EXPECT_FALSE(technician.saw("Error"));
         EXPECT_FALSE(technician.saw("No ACK"));
     }
     expectACleanRunWorks();
 }
 
-TEST_P(CcDisturbed, ExitUnwindsFromAnywhere) {
+TEST_P(MechDisturbed, ExitUnwindsFromAnywhere) {
     open();
     meanwhile([&] { click("frmMain.cmdExit"); });
     runAndProgram();
     EXPECT_TRUE(loop.runUntil([&] { return endings > 0; }, std::chrono::minutes(3)));
     EXPECT_EQ(endings, 1);
     EXPECT_FALSE(port.isOpen());
+    loop.advance(std::chrono::milliseconds(50));
+    EXPECT_FALSE(box.inSerialMode()) << "the next program finds a box that listens";
 }
 
-TEST_P(CcDisturbed, APulledAdapterNeverPassesForSuccess) {
+TEST_P(MechDisturbed, APulledAdapterNeverPassesForSuccess) {
     open();
     meanwhile([&] { box.unplug(); });
     const Micros start = loop.now();
     runAndProgram();
     EXPECT_LT(loop.now() - start, std::chrono::minutes(4));
     EXPECT_FALSE(box.pluggedIn()) << "the job was over before";
-    EXPECT_FALSE(technician.saw("EEPROM Verified OK"));
+    EXPECT_FALSE(technician.saw(job().good));
+    EXPECT_FALSE(technician.saw("Stuck in Serial")) << "the port was told already";
     EXPECT_FALSE(program->actions().busy());
     jobOver();
     box.replug();
@@ -95,12 +110,15 @@ TEST_P(CcDisturbed, APulledAdapterNeverPassesForSuccess) {
 }
 
 // Setting up, the first gather, amid the gathers, reading, writing, verifying.
-INSTANTIATE_TEST_SUITE_P(Moments, CcDisturbed,
-                         ::testing::Values(Moment{"435", 1}, Moment{"435", 2}, Moment{"435", 30},
-                                           Moment{"435", 89}, Moment{"435", 93}, Moment{"435", 97},
-                                           Moment{"Sentinel", 1}, Moment{"Sentinel", 3},
-                                           Moment{"Sentinel", 40}, Moment{"Sentinel", 82},
-                                           Moment{"Sentinel", 87}, Moment{"Sentinel", 96}));
+INSTANTIATE_TEST_SUITE_P(Moments, MechDisturbed,
+                         ::testing::Values(Moment{kC435, 1}, Moment{kC435, 2}, Moment{kC435, 30},
+                                           Moment{kC435, 89}, Moment{kC435, 93}, Moment{kC435, 97},
+                                           Moment{kSentinel, 1}, Moment{kSentinel, 3},
+                                           Moment{kSentinel, 40}, Moment{kSentinel, 82},
+                                           Moment{kSentinel, 87}, Moment{kSentinel, 96},
+                                           Moment{kG13, 1}, Moment{kG13, 2}, Moment{kG13, 50},
+                                           Moment{kG13, 92}, Moment{kG13, 96}, Moment{kG10, 1},
+                                           Moment{kG10, 40}, Moment{kG10, 67}, Moment{kG10, 80}));
 
 }  // namespace
 }  // namespace vantor::test
