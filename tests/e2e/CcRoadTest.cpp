@@ -327,6 +327,17 @@ TEST_F(EepromWindowRoad, EditsTheRoutingOfA435) {
     expected[127] = (256 - byteSum(expected, 0, 127)) % 256 * 256 + before[127] % 256;
     EXPECT_EQ(words(), expected);
     EXPECT_TRUE(visible("frmEEPROMdata.frm435"));
+
+    // Nothing is built on a memory that was not read whole.
+    box.addFault({.kind = Fault::Kind::wrongSum, .after = 40});
+    click("frmEEPROMdata.cmdReadPROM");
+    loop.advance(std::chrono::milliseconds(10));
+    box.clearTranscript();
+    click("frmEEPROMdata.cmdRouting");
+    loop.advance(std::chrono::milliseconds(10));
+    EXPECT_EQ(last(), "Error|" + program->state().msgText(146));
+    EXPECT_EQ(box.sentByPc(), "");
+    EXPECT_EQ(words(), expected);
     windowNamed("frmEEPROMdata")->close();
     EXPECT_TRUE(visible("frmMain"));
     expectCommandMode();
