@@ -106,18 +106,19 @@ void MechCheck::leaveSerialMode() {
     state_.link.frameCount = 0;
     state_.link.lineBuffer.clear();
     // A port that is gone was told; nobody could answer whether the box is stuck.
-    if (!state_.link.portOpen) return;
+    const auto over = [this] { return state_.box.commandModeFlag || !state_.link.portOpen; };
+    if (over()) return;
     const ModeInDoubt doubt(state_.box);
     link_.flushInput();
     link_.sendBreak(kLeaveBreakMs);
     // What the mech still had to say must not stand before the box's line.
     state_.link.lineBuffer.clear();
-    link_.waitFor(kModeMs, state_.box.commandModeFlag);
+    link_.waitFor(kModeMs, over);
     // Whoever gave up entering serial mode may have been told only now that it was entered.
     state_.box.serialModeFlag = false;
     link_.sendEscapes(kLeaveEscapes);
     // The box answers the ESC characters, not the break, so it is given time to.
-    if (link_.waitFor(kModeMs, state_.box.commandModeFlag)) return;
+    if (link_.waitFor(kModeMs, over)) return;
     if (checkMech(false)) return;
     prompts_.ask(
         {.title = state_.msgText(301), .text = state_.msgText(302), .icon = PromptIcon::critical});
