@@ -43,6 +43,9 @@ class Technician {
         exceptions_.push_back({std::move(part), answer, std::move(before)});
     }
 
+    /// The `number`th box or dialog from now (the first is 1) is declined as far as it can be.
+    void declineBox(std::size_t number) { declineAt_ = seen.size() + number; }
+
     // --- what happened
     std::vector<std::string> seen;  ///< "title|text" of every box, in order
     [[nodiscard]] bool saw(const std::string& part) const {
@@ -85,7 +88,7 @@ class Technician {
                            : dialog.acceptMode() == QFileDialog::AcceptSave ? log
                                                                             : coinset;
         seen.push_back(title + "|" + file.string());
-        if (file.empty()) {
+        if (file.empty() || declines()) {
             dialog.reject();
             return;
         }
@@ -98,6 +101,11 @@ class Technician {
         const std::string title = open.windowTitle().toStdString();
         const std::string text = open.text().toStdString();
         seen.push_back(title + "|" + text);
+        if (declines()) {
+            auto* cancel = open.button(QMessageBox::Cancel);
+            (cancel != nullptr ? cancel : open.buttons().constLast())->click();
+            return;
+        }
         for (auto it = exceptions_.begin(); it != exceptions_.end(); ++it) {
             if (seen.back().find(it->part) == std::string::npos) continue;
             const Exception exception = *it;
@@ -130,6 +138,12 @@ class Technician {
         press(&open, button);
     }
 
+    [[nodiscard]] bool declines() {
+        if (declineAt_ == 0 || seen.size() != declineAt_) return false;
+        declineAt_ = 0;
+        return true;
+    }
+
     void setSwitches(bool one, bool two) {
         box_.setSwitch(1, one);
         box_.setSwitch(2, two);
@@ -149,6 +163,7 @@ class Technician {
     RepeatingTimer timer_;
     std::vector<Exception> exceptions_;
     std::string item_;
+    std::size_t declineAt_ = 0;  ///< 0 = none
     Micros nextDrop_{};
 };
 
