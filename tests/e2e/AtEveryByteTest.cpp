@@ -61,6 +61,11 @@ class Session : public Road {
     }
     /// What is on its way arrives.
     void rest() { loop.advance(std::chrono::milliseconds(50)); }
+    /// The program hangs up, which takes a break's time.
+    void end() {
+        (void)loop.runUntil([this] { return endings > 0; }, std::chrono::seconds(1));
+        rest();
+    }
     void expectUsable(const std::string& moment) {
         rest();
         EXPECT_FALSE(program->actions().busy()) << moment;
@@ -189,7 +194,7 @@ TEST_P(AtEveryByte, ExitEndsTheProgramAndFreesTheMech) {
         Session session(family());
         session.atByte(at, [&] { click("frmMain.cmdExit"); });
         session.job();
-        session.rest();
+        session.end();
         EXPECT_EQ(session.endings, 1) << moment;
         EXPECT_FALSE(session.port.isOpen()) << moment;
         EXPECT_FALSE(session.box.inSerialMode()) << moment;
