@@ -365,7 +365,11 @@ constexpr std::array kFaultNames = {FaultName{"drop", Fault::Kind::dropByte},
                                     FaultName{"mech-cut", Fault::Kind::mechCut},
                                     FaultName{"refuse", Fault::Kind::mechRefuses},
                                     FaultName{"wrong-sum", Fault::Kind::wrongSum},
-                                    FaultName{"no-session", Fault::Kind::noSession}};
+                                    FaultName{"no-session", Fault::Kind::noSession},
+                                    FaultName{"long", Fault::Kind::longReply},
+                                    FaultName{"lie", Fault::Kind::lyingWrite},
+                                    FaultName{"power-loss", Fault::Kind::powerLoss},
+                                    FaultName{"break-lost", Fault::Kind::breakLost}};
 
 /// The options behind the kind; an error text, empty when all is well.
 std::string readFaultOptions(Words words, Fault& fault) {

@@ -111,13 +111,14 @@ Outcome BoxCommands::runLetter(char letter, const SimulatedMech* mech) {
     }
 }
 
-Outcome BoxCommands::readProm(int words) const {
+Outcome BoxCommands::readProm(int words) {
     Outcome outcome;
     if (socket_.empty()) return outcome;
     outcome.ownTime = kCommandTime;
     for (int start = 0; start < words; start += kWordsPerLine) {
         outcome.lines.push_back(dataLine(socket_, start));
     }
+    socket_.noteRead(0, words);
     return outcome;
 }
 
@@ -136,15 +137,18 @@ Outcome BoxCommands::programLine(std::string_view command) {
         nibbles.push_back(*nibble);
     }
     if (!start) return kUnknown;
-    if (socket_.empty()) return kSilence;
+    if (socket_.empty() || faults_.refuses()) return kSilence;
+    const bool lies = faults_.liesAboutWrite();
+    const bool dies = faults_.losesPower().has_value();
+    if (dies) nibbles.resize(nibbles.size() / 2);
     Outcome outcome{.ownTime = kCommandTime};
     int address = *start;
     for (const int nibble : nibbles) {
-        if (!faults_.cellSticks(address)) socket_.program(address, nibble);
+        if (!lies && !faults_.cellSticks(address)) socket_.program(address, nibble);
         outcome.ownTime += socket_.cellTime();
         ++address;
     }
-    if (!faults_.losesAck()) outcome.lines.emplace_back("Z");
+    if (!dies && !faults_.losesAck()) outcome.lines.emplace_back("Z");
     return outcome;
 }
 

@@ -41,7 +41,7 @@ class BoxCommands {
   private:
     [[nodiscard]] std::string statusLine(const SimulatedMech* mech) const;
     [[nodiscard]] Outcome runLetter(char letter, const SimulatedMech* mech);
-    [[nodiscard]] Outcome readProm(int words) const;
+    [[nodiscard]] Outcome readProm(int words);
     [[nodiscard]] Outcome programLine(std::string_view command);
     [[nodiscard]] Outcome storeTimings(std::string_view command);
 

@@ -200,7 +200,7 @@ std::size_t CcI2cMech::packetLength() const {
 }
 
 void CcI2cMech::fromPc(std::uint8_t byte) {
-    if (!openedBy("$05") || !selectedBy(model_.select) || !interfaceOn_) return;
+    if (!openedBy("$05") || !selectedBy(model_.select) || !interfaceOn_ || !powered()) return;
     if (now() - lastByte_ > kPacketGap) packet_.clear();
     lastByte_ = now();
     packet_.push_back(byte);
@@ -267,7 +267,7 @@ void CcI2cMech::sendSummed(std::string bytes, Micros ownTime) {
 void CcI2cMech::readWord() {
     const int address = packet_[1];
     if (!words_.has(address)) return;
-    const int word = words_.get(address);
+    const int word = words_.read(address);
     sendSummed({kWordReply, static_cast<char>(word >> 8), static_cast<char>(word & 0xFF)},
                kReadTime);
 }
@@ -278,8 +278,16 @@ void CcI2cMech::writeWord() {
         refuse();
         return;
     }
-    if (!faults().cellSticks(address)) {
-        words_.set(address, static_cast<std::uint16_t>(packet_[2] * 256 + packet_[3]));
+    const auto dead = faults().losesPower();
+    // The high byte is stored first.
+    const int low = dead ? words_.get(address) & 0xFF : packet_[3];
+    if (!faults().liesAboutWrite() && !faults().cellSticks(address)) {
+        words_.write(address, static_cast<std::uint16_t>(packet_[2] * 256 + low));
+    }
+    if (dead) {
+        channelOpen_ = false;
+        losePower(*dead);
+        return;
     }
     acknowledge(kWriteTime);
 }
@@ -294,7 +302,7 @@ void CcI2cMech::armCoin() {
 }
 
 void CcI2cMech::coinInSerialMode(const CoinReading& reading) {
-    if (!armed_ || (model_.repeatedAsking && now() > armedUntil_)) return;
+    if (!armed_ || !powered() || (model_.repeatedAsking && now() > armedUntil_)) return;
     armed_ = false;
     std::string frame(1, kCoinReply);
     for (std::size_t i = 0; i < model_.coinData; ++i) {

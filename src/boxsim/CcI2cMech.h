@@ -34,6 +34,9 @@ class CcI2cMech final : public SerialMech {
     [[nodiscard]] std::optional<int> channelFor(const CoinReading& reading,
                                                 std::span<const std::uint8_t> prom) const override;
     [[nodiscard]] std::vector<MemoryCell> memory() const override { return words_.cells(); }
+    [[nodiscard]] std::set<int> changedSinceRead() const override {
+        return words_.changedSinceRead();
+    }
     bool setMemory(int number, std::string_view content) override;
     [[nodiscard]] std::string savedMemory() const override { return words_.fileText(); }
     /// "long-frames" on|off: C120 and 435 send their coin frame with one more data byte.

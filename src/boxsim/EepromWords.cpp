@@ -12,6 +12,16 @@ void EepromWords::set(int index, std::uint16_t value) {
     words_.at(static_cast<std::size_t>(index)) = value;
 }
 
+void EepromWords::write(int index, std::uint16_t value) {
+    if (get(index) != value) changed_.insert(index);
+    set(index, value);
+}
+
+std::uint16_t EepromWords::read(int index) {
+    changed_.erase(index);
+    return get(index);
+}
+
 void EepromWords::put(std::span<const FactoryWord> words) {
     for (const FactoryWord& word : words) set(word.index, word.value);
 }

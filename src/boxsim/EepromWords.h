@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,6 +36,11 @@ class EepromWords {
     [[nodiscard]] bool has(int index) const { return index >= 0 && index < size(); }
     [[nodiscard]] std::uint16_t get(int index) const;
     void set(int index, std::uint16_t value);
+    /// As the PC does it: what changes has not been read back yet.
+    void write(int index, std::uint16_t value);
+    [[nodiscard]] std::uint16_t read(int index);
+    /// Words that have changed since the PC read them last.
+    [[nodiscard]] const std::set<int>& changedSinceRead() const { return changed_; }
     void put(std::span<const FactoryWord> words);
     /// Sets the windows of all channels: the factory's coins, then empty ones.
     void putWindows(const WindowPlan& plan, std::span<const Sensor> sensors);
@@ -54,6 +60,7 @@ class EepromWords {
 
   private:
     std::vector<std::uint16_t> words_;
+    std::set<int> changed_;
 };
 
 }  // namespace vantor::boxsim

@@ -26,6 +26,10 @@ struct Fault {
         mechRefuses,    ///< the mech refuses what it is asked, and does not do it
         wrongSum,       ///< the sum of the mech's word or coin frame is wrong
         noSession,      ///< the mech does not answer the opening of a session, nor anything in it
+        longReply,      ///< an answer comes with `value` characters too many before its end
+        lyingWrite,     ///< a write is acknowledged and not done
+        powerLoss,      ///< the mech loses power amid a write: half is done, `value` ms it is dead
+        breakLost,      ///< the box does not see a break
     };
     enum class Where { fromBox, fromPc };
 

@@ -26,6 +26,10 @@ bool concernsBytes(Fault::Kind kind) {
         case Fault::Kind::mechRefuses:
         case Fault::Kind::wrongSum:
         case Fault::Kind::noSession:
+        case Fault::Kind::longReply:
+        case Fault::Kind::lyingWrite:
+        case Fault::Kind::powerLoss:
+        case Fault::Kind::breakLost:
             return false;
     }
     return false;
@@ -71,6 +75,24 @@ std::optional<std::size_t> FaultInjector::cutsAnswer() {
     const auto value = strikesWith(Fault::Kind::mechCut);
     if (!value) return std::nullopt;
     return static_cast<std::size_t>(*value);
+}
+
+std::optional<std::size_t> FaultInjector::lengthensAnswer() {
+    const auto value = strikesWith(Fault::Kind::longReply);
+    if (!value) return std::nullopt;
+    return static_cast<std::size_t>(*value);
+}
+
+std::optional<Micros> FaultInjector::losesPower() {
+    const auto value = strikesWith(Fault::Kind::powerLoss);
+    if (!value) return std::nullopt;
+    return std::chrono::milliseconds(*value);
+}
+
+int FaultInjector::struck() const {
+    int count = 0;
+    for (const Armed& armed : armed_) count += armed.struck;
+    return count;
 }
 
 bool FaultInjector::cellSticks(int cell) {

@@ -22,7 +22,8 @@ struct Verdict {
 
 /// Holds the faults and says, event by event, which of them strikes. Each fault counts the events
 /// of its own sort only: bytes of its direction, commands, answers, lines, acknowledgements,
-/// programmings of its cell; of the mech its answers, requests, sums and openings.
+/// breaks, writes, programmings of its cell; of the mech its answers, requests, sums and
+/// openings.
 class FaultInjector {
   public:
     explicit FaultInjector(std::uint64_t seed) : random_(seed) {}
@@ -42,6 +43,14 @@ class FaultInjector {
     [[nodiscard]] bool warnsOfBattery() { return strikes(Fault::Kind::batteryLow); }
     /// A cell is programmed: it keeps its content.
     [[nodiscard]] bool cellSticks(int cell);
+    /// An answer is ready: how many characters too many it has; nothing = none.
+    [[nodiscard]] std::optional<std::size_t> lengthensAnswer();
+    /// A break has ended: the box has not seen it.
+    [[nodiscard]] bool losesBreak() { return strikes(Fault::Kind::breakLost); }
+    /// A line, word or block is to be written: it is acknowledged and not done.
+    [[nodiscard]] bool liesAboutWrite() { return strikes(Fault::Kind::lyingWrite); }
+    /// The same moment: half of it is done, and how long the mech is dead; nothing = it has power.
+    [[nodiscard]] std::optional<Micros> losesPower();
 
     /// The mech is about to answer: it stays silent.
     [[nodiscard]] bool silencesMech() { return strikes(Fault::Kind::mechSilent); }
@@ -55,6 +64,9 @@ class FaultInjector {
     [[nodiscard]] bool spoilsSum() { return strikes(Fault::Kind::wrongSum); }
     /// A session with the mech is to be opened.
     [[nodiscard]] bool barsSession() { return strikes(Fault::Kind::noSession); }
+
+    /// How often anything has gone wrong since `clear`.
+    [[nodiscard]] int struck() const;
 
   private:
     struct Armed {

@@ -98,7 +98,12 @@ void NriHandshakeMech::store(int value) {
         voice().answer(kRefusal, kAcknowledgeTime);
         return;
     }
-    if (!sticks_) {
+    if (const auto dead = faults().losesPower()) {
+        forget();
+        losePower(*dead);
+        return;
+    }
+    if (!sticks_ && !faults().liesAboutWrite()) {
         std::string text = block(target_);
         text.replace(at_, 2, hexPair(value));
         setBlock(target_, text);

@@ -51,7 +51,7 @@ void NriMech::fromPc(std::uint8_t byte) {
     if (openedBy(kInterfaceMode)) {
         // The interface itself has no commands but its own.
         (void)interface_.take(byte, faults());
-    } else if (openedBy(ownMode_) && selectedBy(kSelect) && !barred_) {
+    } else if (openedBy(ownMode_) && selectedBy(kSelect) && !barred_ && powered()) {
         heard(byte);
     }
 }
@@ -79,7 +79,7 @@ void NriMech::sayLines(std::string_view text, std::size_t width) {
 }
 
 void NriMech::coinInSerialMode(const CoinReading& reading) {
-    if (!openedBy(ownMode_) || !selectedBy(kSelect) || barred_) return;
+    if (!openedBy(ownMode_) || !selectedBy(kSelect) || barred_ || !powered()) return;
     if (coinAsked_) {
         coinAsked_ = false;
         voice().answer(readingText(reading), kCoinTime);

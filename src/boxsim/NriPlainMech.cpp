@@ -158,8 +158,12 @@ void NriPlainMech::storeWindows(std::string_view data) {
 
 void NriPlainMech::put(int number, std::string_view text, bool wellFormed) {
     if (!wellFormed || text.size() != block(number).size()) return;
-    if (faults().refuses() || faults().cellSticks(number)) return;
-    setBlock(number, text);
+    if (faults().refuses() || faults().cellSticks(number) || faults().liesAboutWrite()) return;
+    const auto dead = faults().losesPower();
+    // Stored from the front.
+    const std::size_t stored = dead ? text.size() / 2 : text.size();
+    setBlock(number, std::string(text.substr(0, stored)) + block(number).substr(stored));
+    if (dead) losePower(*dead);
 }
 
 std::string NriPlainMech::readingText(const CoinReading& reading) const {

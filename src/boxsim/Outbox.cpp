@@ -1,5 +1,6 @@
 #include "boxsim/Outbox.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "boxsim/Wire.h"
@@ -27,10 +28,20 @@ void Outbox::maybeBatteryWarning(Micros at) {
     if (faults_.warnsOfBattery()) put(ended(kBatteryWarning), at);
 }
 
+void Outbox::maybeLengthen(Bytes& piece, bool asLine) {
+    constexpr std::uint8_t kSurplus = '7';
+    const auto count = faults_.lengthensAnswer();
+    if (!count) return;
+    const std::size_t ending = asLine && lineFeeds_ ? 2 : 1;
+    const std::size_t place = piece.size() - std::min(ending, piece.size());
+    piece.insert(piece.begin() + static_cast<Bytes::difference_type>(place), *count, kSurplus);
+}
+
 void Outbox::send(std::vector<Bytes> pieces, bool asLines, Micros at) {
     std::vector<Bytes> sent = pieces;
     if (faults_.repeatsAnswer()) sent = std::exchange(previous_, {});
     previous_ = std::move(pieces);
+    if (!sent.empty()) maybeLengthen(sent.back(), asLines);
     for (const Bytes& piece : sent) {
         put(piece, at);
         if (asLines) maybeBatteryWarning(at);

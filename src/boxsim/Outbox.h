@@ -30,6 +30,7 @@ class Outbox {
     [[nodiscard]] Bytes ended(std::string_view line) const;
     void send(std::vector<Bytes> pieces, bool asLines, Micros at);
     void put(const Bytes& piece, Micros at);
+    void maybeLengthen(Bytes& piece, bool asLine);
     void maybeBatteryWarning(Micros at);
 
     Line& line_;

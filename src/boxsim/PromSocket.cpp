@@ -15,6 +15,7 @@ constexpr Micros kE1CellTime{500};
 void PromSocket::insert(PromKind kind, int words, std::span<const std::uint8_t> contents) {
     kind_ = kind;
     cells_.clear();
+    changed_.clear();
     if (kind == PromKind::none) return;
     cells_.assign(static_cast<std::size_t>(words > kSmall ? kLarge : kSmall), 0);
     const std::size_t known = std::min(cells_.size(), contents.size());
@@ -40,11 +41,17 @@ void PromSocket::program(int address, int nibble) {
     const auto index = static_cast<std::size_t>(address);
     if (index >= cells_.size()) return;
     const unsigned wanted = static_cast<unsigned>(nibble) & 15U;
+    const std::uint8_t before = cells_[index];
     if (kind_ == PromKind::bipolar) {
         cells_[index] = static_cast<std::uint8_t>(cells_[index] | wanted);
     } else if (switch1_ && switch2_) {
         cells_[index] = static_cast<std::uint8_t>(wanted);
     }
+    if (cells_[index] != before) changed_.insert(address);
+}
+
+void PromSocket::noteRead(int first, int count) {
+    changed_.erase(changed_.lower_bound(first), changed_.lower_bound(first + count));
 }
 
 Micros PromSocket::cellTime() const {

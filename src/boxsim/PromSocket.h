@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -27,12 +28,17 @@ class PromSocket {
     /// One programming pulse: a bipolar cell gains the bits, an E+1 device takes the nibble when
     /// both switches are on. Addresses beyond the PROM are ignored.
     void program(int address, int nibble);
+    /// Cells were read out to the PC.
+    void noteRead(int first, int count);
+    /// Addresses whose content has changed since they were read out last.
+    [[nodiscard]] const std::set<int>& changedSinceRead() const { return changed_; }
     /// How long one cell takes.
     [[nodiscard]] Micros cellTime() const;
 
   private:
     PromKind kind_ = PromKind::none;
     std::vector<std::uint8_t> cells_;
+    std::set<int> changed_;
     // The switches are the bench's: they keep their place when another device is put in.
     bool switch1_ = true;
     bool switch2_ = false;

@@ -92,6 +92,7 @@ void SentinelMech::say(std::string_view line, Micros ownTime) {
 }
 
 void SentinelMech::run(std::string_view command) {
+    if (!powered()) return;
     constexpr std::size_t kOperand = 3;
     const bool reads = command.starts_with(kReadCommand) && command.ends_with(kReadTail) &&
                        command.size() == kOperand + 2 + kReadTail.size();
@@ -112,7 +113,7 @@ void SentinelMech::read(int instruction) {
         say(kRefusal, kReadTime);
         return;
     }
-    const int word = words_.get(instruction & kAddress);
+    const int word = words_.read(instruction & kAddress);
     say("ZZR" + pair(word & 0xFF) + "ZZ" + pair(word >> 8), kReadTime);
 }
 
@@ -125,7 +126,14 @@ void SentinelMech::write(std::string_view digits) {
     if (*instruction == kWriteEnable || *instruction == kWriteDisable) {
         writeEnabled_ = *instruction == kWriteEnable;
     } else if (writeEnabled_) {
-        change(*instruction, digits.substr(2));
+        const auto dead = faults().losesPower();
+        // A cell that is being written has lost what it held.
+        change(*instruction, dead ? std::string_view() : digits.substr(2));
+        if (dead) {
+            writeEnabled_ = false;
+            losePower(*dead);
+            return;
+        }
     }
     say(kWritten, kCellTime);
 }
@@ -134,7 +142,7 @@ void SentinelMech::change(int instruction, std::string_view data) {
     const int address = instruction & kAddress;
     if ((instruction & kOpcode) == kOpErase) {
         stuck_ = faults().cellSticks(address) ? address : -1;
-        if (stuck_ < 0) words_.set(address, kErased);
+        if (stuck_ < 0 && !faults().liesAboutWrite()) words_.write(address, kErased);
         return;
     }
     const auto value = hexValue(data);
@@ -143,11 +151,13 @@ void SentinelMech::change(int instruction, std::string_view data) {
     }
     const int swapped = (*value & 0xFF) * 256 + (*value >> 8);
     // Writing only clears bits; without the erase before it a word is spoilt.
-    words_.set(address, static_cast<std::uint16_t>(words_.get(address) & swapped));
+    if (!faults().liesAboutWrite()) {
+        words_.write(address, static_cast<std::uint16_t>(words_.get(address) & swapped));
+    }
 }
 
 void SentinelMech::coinInSerialMode(const CoinReading& reading) {
-    if (!coinAsked_) return;
+    if (!coinAsked_ || !powered()) return;
     coinAsked_ = false;
     std::string pairs;
     for (std::size_t i = 0; i < kSensors.size(); ++i) pairs += pair(byteOf(reading, i));

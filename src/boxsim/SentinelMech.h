@@ -29,6 +29,9 @@ class SentinelMech final : public SerialMech {
     [[nodiscard]] std::optional<int> channelFor(const CoinReading& reading,
                                                 std::span<const std::uint8_t> prom) const override;
     [[nodiscard]] std::vector<MemoryCell> memory() const override { return words_.cells(); }
+    [[nodiscard]] std::set<int> changedSinceRead() const override {
+        return words_.changedSinceRead();
+    }
     bool setMemory(int number, std::string_view content) override;
     [[nodiscard]] std::string savedMemory() const override { return words_.fileText(); }
     /// "version" TEXT: what "TKI" gives ("I1.2"; "E1" for stuck lines); "end-mark" on|off: "%"

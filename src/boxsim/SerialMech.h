@@ -39,6 +39,9 @@ class SerialMech : public SimulatedMech {
     /// Serial mode is on, by this command.
     [[nodiscard]] bool openedBy(std::string_view command) const { return mode_ == command; }
     [[nodiscard]] FaultInjector& faults() { return line_.faults(); }
+    /// Without power the mech neither hears nor says anything.
+    void losePower(Micros span) { deadUntil_ = now() + span; }
+    [[nodiscard]] bool powered() { return now() >= deadUntil_; }
     [[nodiscard]] Micros now() { return line_.loop().now(); }
     [[nodiscard]] MechVoice& voice() { return voice_; }
     [[nodiscard]] std::span<const Sensor> sensors() const { return sensors_; }
@@ -50,6 +53,7 @@ class SerialMech : public SimulatedMech {
     bool binaryOutput_;
     bool tubeOrder_;
     std::string select_;
+    Micros deadUntil_{};
     std::string mode_;  ///< empty outside serial mode
 };
 

@@ -172,6 +172,7 @@ void SimulatedBox::Impl::work() {
 }
 
 void SimulatedBox::Impl::handleBreak(Micros length) {
+    if (faults_.losesBreak()) return;
     parser.reset();
     commands.reset();
     if (readyAtBreakEnd && length >= kLongBreak) {
@@ -368,6 +369,14 @@ bool SimulatedBox::switchOn(int number) const {
     return impl_->socket.switchOn(number);
 }
 
+std::set<int> SimulatedBox::promChangedSinceRead() const {
+    return impl_->socket.changedSinceRead();
+}
+
+std::set<int> SimulatedBox::mechChangedSinceRead() const {
+    return impl_->mech ? impl_->mech->changedSinceRead() : std::set<int>();
+}
+
 std::vector<std::string> SimulatedBox::coins() const {
     return impl_->mech ? impl_->mech->coins() : std::vector<std::string>();
 }
@@ -439,6 +448,10 @@ void SimulatedBox::addFault(const Fault& fault) {
 
 void SimulatedBox::clearFaults() {
     impl_->faults_.clear();
+}
+
+int SimulatedBox::faultsStruck() const {
+    return impl_->faults_.struck();
 }
 
 void SimulatedBox::unplug() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -65,6 +66,9 @@ class SimulatedBox {
     [[nodiscard]] std::span<const std::uint8_t> promCells() const;  ///< nibbles; empty = no PROM
     void setSwitch(int number, bool on);                            ///< 1 or 2, of the E+1 device
     [[nodiscard]] bool switchOn(int number) const;
+    /// Cells of the PROM, and words of the mech, that the PC has changed and not read since.
+    [[nodiscard]] std::set<int> promChangedSinceRead() const;
+    [[nodiscard]] std::set<int> mechChangedSinceRead() const;
     /// Names of the coins and slugs that the plugged model's bench has.
     [[nodiscard]] std::vector<std::string> coins() const;
     /// Drops `count` pieces of a coin or slug, one every `everyMs`; false for an unknown name. Each
@@ -90,6 +94,8 @@ class SimulatedBox {
     void setEscapesAloneAsBreak(bool on);
     void addFault(const Fault& fault);
     void clearFaults();
+    /// How often a fault has struck since they were cleared last.
+    [[nodiscard]] int faultsStruck() const;
     void unplug();  ///< the port reports an error; nothing passes until replugged
     void replug();
 

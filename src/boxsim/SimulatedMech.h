@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -91,6 +92,8 @@ class SimulatedMech {
     }
     /// The mech's own memory; empty when it has none.
     [[nodiscard]] virtual std::vector<MemoryCell> memory() const { return {}; }
+    /// Cells that the PC has changed and not read since, of a mech that keeps account of it.
+    [[nodiscard]] virtual std::set<int> changedSinceRead() const { return {}; }
     /// Puts a cell's content in place, past all protection; false, and nothing changes, for a cell
     /// that is not there or a content that it cannot hold.
     virtual bool setMemory(int number, std::string_view content) {

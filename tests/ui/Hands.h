@@ -2,51 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QComboBox>
-#include <QHelpEvent>
-#include <QLabel>
-#include <QMessageBox>
 #include <deque>
 #include <functional>
 #include <string>
 
+#include "Screen.h"
 #include "platform/EventLoop.h"
 
 namespace vantor::test {
 
-inline QWidget* windowNamed(const std::string& name) {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->objectName().toStdString() == name) return window;
-    }
-    return nullptr;
-}
-
-/// A control by "window.control", or a window by its name.
-template <class Widget = QWidget>
-Widget* widget(const std::string& name) {
-    const auto stop = name.find('.');
-    QWidget* window = windowNamed(name.substr(0, stop));
-    if (window == nullptr) throw std::out_of_range("no window " + name);
-    if (stop == std::string::npos) return dynamic_cast<Widget*>(window);
-    auto* found = window->findChild<Widget*>(QString::fromStdString(name.substr(stop + 1)));
-    if (found == nullptr) throw std::out_of_range("no control " + name);
-    return found;
-}
-
-inline bool visible(const std::string& name) {
-    return widget(name)->isVisible();
-}
-inline bool enabled(const std::string& name) {
-    return widget(name)->isEnabled();
-}
-inline std::string label(const std::string& name) {
-    return widget<QLabel>(name)->text().toStdString();
-}
-inline void click(const std::string& name) {
-    widget<QAbstractButton>(name)->click();
-}
 inline void choose(const std::string& name, const std::string& entry) {
     auto* list = widget<QComboBox>(name);
     const int row = list->findText(QString::fromStdString(entry));
@@ -55,17 +20,6 @@ inline void choose(const std::string& name, const std::string& entry) {
     emit list->activated(row);
 }
 
-/// The open box whose text contains `part`; nullptr when there is none.
-inline QMessageBox* box(const std::string& part, const std::string& name = "prompt") {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        auto* found = dynamic_cast<QMessageBox*>(window);
-        if (found != nullptr && found->isVisible() && found->objectName().toStdString() == name &&
-            found->text().contains(QString::fromStdString(part))) {
-            return found;
-        }
-    }
-    return nullptr;
-}
 inline void press(QMessageBox* box, QMessageBox::StandardButton button) {
     ASSERT_NE(box, nullptr);
     ASSERT_NE(box->button(button), nullptr);

@@ -1,3 +1,5 @@
+#include <QHelpEvent>
+
 #include "ProgramFixture.h"
 
 namespace vantor::test {

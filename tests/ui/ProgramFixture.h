@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Hands.h"
+#include "Surroundings.h"
 #include "app/Program.h"
 #include "boxsim/SimulatedBox.h"
 #include "link/ProgrammerLink.h"
@@ -19,32 +20,6 @@
 #include "platform/qt/QtPrompts.h"
 
 namespace vantor::test {
-
-class FakeDirectory final : public PortDirectory {
-  public:
-    [[nodiscard]] PortDescription describe(int portNumber) const override {
-        return {.device = "/dev/fake" + std::to_string(portNumber),
-                .present = portNumber == 1,
-                .calledItself = portNumber == 1 ? "Bench adapter" : ""};
-    }
-};
-
-class RecordedSounds final : public SoundPlayer {
-  public:
-    void play(const std::filesystem::path& file) override { played.push_back(file.filename()); }
-    std::vector<std::filesystem::path> played;
-};
-
-class FixedCalendar final : public Calendar {
-  public:
-    [[nodiscard]] Date today() const override { return {.year = 2026, .month = 3, .day = 9}; }
-};
-
-class FakeGuard final : public InstanceGuard {
-  public:
-    [[nodiscard]] bool acquire() override { return only; }
-    bool only = true;
-};
 
 /// The whole program with its windows in virtual time, on a simulated box behind COM1.
 class ProgramTest : public ::testing::Test {

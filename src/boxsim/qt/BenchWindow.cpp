@@ -53,6 +53,10 @@ constexpr std::array kFaults = {
     FaultName{"Mech refuses", Fault::Kind::mechRefuses},
     FaultName{"Mech's sum is wrong", Fault::Kind::wrongSum},
     FaultName{"Mech opens no session", Fault::Kind::noSession},
+    FaultName{"Answer too long (characters)", Fault::Kind::longReply},
+    FaultName{"Write that lies", Fault::Kind::lyingWrite},
+    FaultName{"Mech loses power amid a write (ms)", Fault::Kind::powerLoss},
+    FaultName{"Break is not seen", Fault::Kind::breakLost},
 };
 
 QPlainTextEdit* instrument(const char* name) {

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "boxsim/Fault.h"
+#include "catalogue/MechCatalogue.h"
+
+namespace vantor::campaign {
+
+enum class JobKind {
+    coinset,        ///< run a coinset, program the mech
+    wizard,         ///< one of the three wizards, then program
+    promCopy,       ///< a coinset of which every coin is kept from the old PROM, then program
+    clone,          ///< "Clone Coin Mech": programmed from a file before the coinset
+    fromFile,       ///< memory utilities: programme from a file
+    routing,        ///< memory utilities of a 435: programme the routing
+    validatorTest,  ///< open the test, drop coins, go back
+    utilitiesRead,  ///< memory utilities: read, look at every view, save
+};
+inline constexpr int kJobs = 8;
+[[nodiscard]] std::string_view jobName(JobKind job);
+/// The jobs that a model has.
+[[nodiscard]] std::vector<JobKind> jobsOf(const MechModel& model);
+
+/// One sort of fault as the campaign draws it.
+struct FaultRow {
+    std::string_view name;
+    std::optional<boxsim::Fault::Kind> kind{};  ///< nothing = no fault
+    std::string_view makers = "MCN";            ///< initials of those that it concerns
+    bool bytes = false;                         ///< on either way of the line
+    int mostAfter = 0;
+    int mostTimes = 1;
+    bool always = false;  ///< now and then it does not end
+    int lowValue = 0;
+    int highValue = 0;
+};
+[[nodiscard]] std::span<const FaultRow> faultRows();
+
+/// What the user does beside the work.
+struct Press {
+    enum class What { cancel, exit, closeWindow, anyButton };
+    What what = What::cancel;
+    int step = 0;            ///< of the job
+    int atMs = 0;            ///< after the step began
+    std::uint32_t pick = 0;  ///< which of those that are there
+};
+
+/// What a seed means.
+struct Plan {
+    std::uint64_t seed = 0;
+    const MechModel* model = nullptr;
+    JobKind job = JobKind::coinset;
+    int fault = 0;          ///< row of `faultRows`
+    boxsim::Fault armed{};  ///< as it is given to the box
+    int faultStep = 0;      ///< the step of the job at whose beginning the fault is armed
+    std::vector<Press> presses{};
+    bool log = false;          ///< the results are logged
+    bool bipolar = false;      ///< Mars: a bipolar PROM
+    bool oldFile = false;      ///< the file that is saved exists already
+    int wizard = 0;            ///< 0 edit limits, 1 add or replace, 2 slug fix
+    std::uint32_t detail = 0;  ///< the channel of a wizard, the words of a file
+
+    [[nodiscard]] const FaultRow& row() const {
+        return faultRows()[static_cast<std::size_t>(fault)];
+    }
+    [[nodiscard]] bool is(std::string_view maker) const { return model->maker == maker; }
+};
+
+/// Everything follows from the seed.
+[[nodiscard]] Plan planOf(std::uint64_t seed);
+/// One line for people.
+[[nodiscard]] std::string inWords(const Plan& plan);
+
+}  // namespace vantor::campaign

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/qt/QtPrompts.h"
+
+namespace vantor::campaign {
+
+/// The real message boxes, and what is asked in them in order.
+class WatchedPrompts final : public Prompts {
+  public:
+    explicit WatchedPrompts(EventLoop& loop) : inner_(loop) {}
+
+    /// Called before a box is shown; what is true then is what the box speaks of.
+    std::function<void(const Prompt&)> watcher;
+    std::vector<std::string> seen;  ///< "title|text", notices too
+    int open = 0;                   ///< boxes and dialogs that somebody waits for
+
+    Answer ask(const Prompt& prompt) override {
+        note(prompt);
+        const Open counted(open);
+        return inner_.ask(prompt);
+    }
+    void notice(const Prompt& prompt) override {
+        note(prompt);
+        inner_.notice(prompt);
+    }
+    std::optional<std::filesystem::path> askFile(const FileQuestion& question) override {
+        const Open counted(open);
+        return inner_.askFile(question);
+    }
+    void beep() override { inner_.beep(); }
+    void setEnding(std::function<bool()> ending) override { inner_.setEnding(std::move(ending)); }
+    void setCaptions(Captions captions) override { inner_.setCaptions(std::move(captions)); }
+
+  private:
+    class Open {
+      public:
+        explicit Open(int& count) : count_(count) { ++count_; }
+        ~Open() { --count_; }
+        Open(const Open&) = delete;
+        Open& operator=(const Open&) = delete;
+
+      private:
+        int& count_;
+    };
+
+    void note(const Prompt& prompt) {
+        seen.push_back(prompt.title + "|" + prompt.text);
+        if (watcher) watcher(prompt);
+    }
+
+    QtPrompts inner_;
+};
+
+}  // namespace vantor::campaign

@@ -1,0 +1,57 @@
+#include "World.h"
+
+#include <QApplication>
+#include <QWidget>
+
+#include "OldProm.h"
+#include "platform/Files.h"
+
+namespace vantor::campaign {
+
+namespace {
+
+constexpr Micros kStartUp = std::chrono::seconds(30);
+constexpr int kWords = 512;
+
+std::string coinsetOf(std::string_view model) {
+    std::string name(model);
+    std::ranges::replace(name, '/', '-');
+    return name + "-Dorin.cst";
+}
+
+}  // namespace
+
+World::World(const Plan& of)
+    : plan(of), folder(directory.path().toStdString()), box(loop, of.seed + 1) {
+    loop.setCompanion([this] {
+        QCoreApplication::processEvents();
+        if (onTurn) onTurn();
+    });
+    box.plugValidator(plan.model->maker, plan.model->code);
+    writeFileWhole(file("config0000.txt"), kConfig);
+    hand.asked = [this] { return prompts.open > 0; };
+    hand.promWords = kWords;
+    hand.oldProm = test::oldProm(plan.model->code == "ME181", kWords);
+    hand.wizardCoin = "20 Pell";
+    hand.wizardSlug = "Plated Disc";
+    hand.log = file("results.csv");
+    hand.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" /
+                   coinsetOf(plan.model->code);
+}
+
+World::~World() {
+    loop.setCompanion({});
+}
+
+bool World::start() {
+    program.reset();
+    program = std::make_unique<Program>(
+        Platform{loop, port, ports_, prompts, sounds_, calendar_, guard_}, folder, [] {});
+    // Nobody looks; what would be painted is the toolkit's business.
+    for (QWidget* window : QApplication::topLevelWidgets()) window->setUpdatesEnabled(false);
+    loop.callAfter(Micros{0}, [this] { program->load(); });
+    return loop.runUntil([this] { return program->idle() || program->ended(); }, kStartUp) &&
+           program->idle();
+}
+
+}  // namespace vantor::campaign

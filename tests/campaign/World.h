@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QTemporaryDir>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "BenchHand.h"
+#include "Plan.h"
+#include "Surroundings.h"
+#include "WatchedPrompts.h"
+#include "app/Program.h"
+#include "boxsim/SimulatedBox.h"
+#include "platform/VirtualEventLoop.h"
+
+namespace vantor::campaign {
+
+/// The whole program with its windows in virtual time, a box with a mech, and a hand at the bench.
+class World {
+  public:
+    explicit World(const Plan& plan);
+    ~World();
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+
+    /// Starts the program, anew after an end; true when its main window is ready.
+    bool start();
+    [[nodiscard]] bool ended() const { return program == nullptr || program->ended(); }
+    [[nodiscard]] bool idle() const { return program != nullptr && program->idle(); }
+    [[nodiscard]] SessionState& state() { return program->state(); }
+    [[nodiscard]] std::filesystem::path file(const std::string& name) const {
+        return folder / name;
+    }
+
+    const Plan& plan;
+    VirtualEventLoop loop;
+    QTemporaryDir directory;
+    std::filesystem::path folder;
+    boxsim::SimulatedBox box;
+    boxsim::SimulatedPort port{loop, box, 1};
+    WatchedPrompts prompts{loop};
+    std::unique_ptr<Program> program;
+    test::BenchHand hand{loop, box};
+    std::function<void()> onTurn;  ///< every turn of the event loop
+
+    static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
+
+  private:
+    test::FakeDirectory ports_;
+    test::RecordedSounds sounds_;
+    test::FixedCalendar calendar_;
+    test::FakeGuard guard_;
+};
+
+}  // namespace vantor::campaign

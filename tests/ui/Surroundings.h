@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/SerialPort.h"
+#include "platform/Services.h"
+
+// The system around the program, as its tests have it: one port, a calendar that stands still.
+
+namespace vantor::test {
+
+class FakeDirectory final : public PortDirectory {
+  public:
+    [[nodiscard]] PortDescription describe(int portNumber) const override {
+        return {.device = "/dev/fake" + std::to_string(portNumber),
+                .present = portNumber == 1,
+                .calledItself = portNumber == 1 ? "Bench adapter" : ""};
+    }
+};
+
+class RecordedSounds final : public SoundPlayer {
+  public:
+    void play(const std::filesystem::path& file) override { played.push_back(file.filename()); }
+    std::vector<std::filesystem::path> played;
+};
+
+class FixedCalendar final : public Calendar {
+  public:
+    [[nodiscard]] Date today() const override { return {.year = 2026, .month = 3, .day = 9}; }
+};
+
+class FakeGuard final : public InstanceGuard {
+  public:
+    [[nodiscard]] bool acquire() override { return only; }
+    bool only = true;
+};
+
+}  // namespace vantor::test
