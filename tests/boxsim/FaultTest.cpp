@@ -1,4 +1,4 @@
-#include "BoxBench.h"
+#include "MechBench.h"
 
 namespace vantor::boxsim::test {
 namespace {
@@ -42,6 +42,75 @@ TEST(Faults, OfBytesOnTheLine) {
         bench.box.clearFaults();
         EXPECT_EQ(bench.ask("Y"), kIdle) << "case " << i;
     }
+}
+
+TEST(Faults, OfWritesThatAreNotDone) {
+    struct Case {
+        const char* maker;
+        const char* model;
+        const char* setUp;
+        const char* mode;
+        std::string session;
+        std::string write;
+        int cell;
+        const char* before;
+        const char* half;  // after half a write
+        const char* done;
+        std::string answer;  // to the write when nothing goes wrong
+    };
+    const Case cases[] = {
+        {"CC", "C120", "#80C00", "$05", "xx", bytes({0x7A, 5, 0x12, 0x34, 0xC5}), 5, "1C1C", "121C",
+         "1234", "\x05"},
+        {"CC", "Sentinel", "C00", "$06", "TKIW0030\rW00C5\r", "W00453412\r", 5, "FFFF", "FFFF",
+         "1234", "W00453412\rZZW\r"},
+        {"NRI", "G13-6000", "C00", "$05", "I", "Z02010203", 3, "110605", "110605", "010203",
+         "\x06\x06\x06\x06"},
+        {"NRI", "G13-0000", "C00", "$01", "I", "E01/02/03\r", 8, "14/02/05", "01/02/05", "01/02/03",
+         ""},
+    };
+    for (const Case& c : cases) {
+        for (const char* fault : {"none", "lie always", "power-loss value 500"}) {
+            MechBench bench(c.maker, c.model);
+            bench.enter(c.setUp, c.mode);
+            bench.ask(c.session);
+            const bool sound = fault[0] == 'n';
+            const bool lies = fault[0] == 'l';
+            if (!sound) bench.bench(std::string("fault ") + fault);
+            const std::string answer = bench.ask(c.write, 2s);
+            EXPECT_EQ(answer == c.answer, sound || lies || c.answer.empty()) << c.model << fault;
+            EXPECT_EQ(bench.cell(c.cell), sound  ? c.done
+                                          : lies ? c.before
+                                                 : c.half)
+                << c.model << fault;
+            EXPECT_EQ(bench.box.faultsStruck() > 0, !sound) << c.model << fault;
+        }
+    }
+    for (const char* fault : {"lie", "power-loss", "refuse"}) {
+        BoxBench bench;
+        bench.box.insertProm(PromKind::e1, 256);
+        bench.box.setSwitch(2, true);
+        EXPECT_EQ(runBenchLine(bench.box, std::string("fault ") + fault).error, "");
+        EXPECT_EQ(bench.ask("P0101234\r"), fault[0] == 'l' ? "Z\r" : "");
+        const std::set<int> written = fault[0] == 'p' ? std::set<int>{0x10, 0x11} : std::set<int>{};
+        EXPECT_EQ(bench.box.promChangedSinceRead(), written) << fault;
+        bench.ask("EA");
+        EXPECT_TRUE(bench.box.promChangedSinceRead().empty());
+    }
+}
+
+TEST(Faults, OfAnAnswerTooLongAndABreakThatIsLost) {
+    MechBench bench("CC", "C120");
+    bench.enter("#80C00", "$05");
+    bench.ask("xx");
+    bench.bench("fault long value 2");
+    EXPECT_EQ(bench.ask(bytes({0x7B, 0x05, 0x80})), bytes({0x3B, 0x1C, 0x1C, '7', '7', 0x73}));
+    bench.bench("fault break-lost");
+    EXPECT_EQ(bench.breakThen(150ms, 20), "");
+    EXPECT_TRUE(bench.box.inSerialMode());
+    bench.leave();
+    bench.bench("fault long");
+    bench.bench("fault clear");
+    EXPECT_EQ(bench.box.faultsStruck(), 0);
 }
 
 TEST(Faults, ALateByteHoldsUpWhatFollows) {

@@ -17,7 +17,7 @@ constexpr std::array<std::string_view, kJobs> kJobNames = {
 
 constexpr int kBytes = 3000;  // about what one step of a job puts on the line
 constexpr int kAnswers = 300;
-constexpr int kWrites = 60;
+constexpr int kWrites = 30;
 constexpr int kLatest = 4000;  // ms, beyond every wait for a single answer
 
 constexpr std::array kRows = {
@@ -72,7 +72,7 @@ constexpr std::array kRows = {
              .mostAfter = 60,
              .mostTimes = 40,
              .always = true},
-    FaultRow{.name = "break lost", .kind = Kind::breakLost, .mostAfter = 6, .mostTimes = 3},
+    FaultRow{.name = "break lost", .kind = Kind::breakLost, .mostAfter = 4, .mostTimes = 3},
     FaultRow{.name = "battery low",
              .kind = Kind::batteryLow,
              .mostAfter = 40,
@@ -81,17 +81,20 @@ constexpr std::array kRows = {
     FaultRow{.name = "acknowledgement lost",
              .kind = Kind::lostAck,
              .makers = "M",
+             .writes = true,
              .mostAfter = 40,
              .mostTimes = 3,
              .always = true},
     FaultRow{.name = "write that lies",
              .kind = Kind::lyingWrite,
+             .writes = true,
              .mostAfter = kWrites,
              .mostTimes = 3,
              .always = true},
-    FaultRow{.name = "cell that sticks", .kind = Kind::stuckCell, .always = true},
+    FaultRow{.name = "cell that sticks", .kind = Kind::stuckCell, .writes = true, .always = true},
     FaultRow{.name = "power lost in a write",
              .kind = Kind::powerLoss,
+             .writes = true,
              .mostAfter = kWrites,
              .lowValue = 50,
              .highValue = 20'000},
@@ -144,6 +147,10 @@ Cells cellsOf(const MechModel& model) {
     if (model.maker == kMars) return {0, 255};
     if (model.maker == kNri) return {1, 20};
     return {0, model.memorySize - 1};
+}
+
+bool writesMemory(JobKind job) {
+    return job != JobKind::validatorTest && job != JobKind::utilitiesRead;
 }
 
 boxsim::Fault armed(const FaultRow& row, const MechModel& model, Dice& dice) {
@@ -231,13 +238,14 @@ Plan planOf(std::uint64_t seed) {
     plan.job = dice.pick(std::span<const JobKind>(jobs));
     std::vector<int> rows;
     for (std::size_t i = 0; i < kRows.size(); ++i) {
-        const bool meant = kRows.at(i).makers.find(maker.front()) != std::string_view::npos;
+        const bool meant = kRows.at(i).makers.find(maker.front()) != std::string_view::npos &&
+                           (writesMemory(plan.job) || !kRows.at(i).writes);
         if (meant) rows.push_back(static_cast<int>(i));
     }
     plan.fault = dice.pick(std::span<const int>(rows));
     plan.armed = armed(plan.row(), *plan.model, dice);
     const int steps = stepsOf(plan.job);
-    plan.faultStep = dice.between(0, steps - 1);
+    plan.faultStep = plan.row().writes ? steps - 1 : dice.between(0, steps - 1);
     plan.presses = presses(steps, dice);
     plan.log = dice.chance(40);
     plan.bipolar = plan.is(kMars) && dice.chance(30);

@@ -33,6 +33,7 @@ struct FaultRow {
     std::optional<boxsim::Fault::Kind> kind{};  ///< nothing = no fault
     std::string_view makers = "MCN";            ///< initials of those that it concerns
     bool bytes = false;                         ///< on either way of the line
+    bool writes = false;                        ///< of memory, so that only some jobs know it
     int mostAfter = 0;
     int mostTimes = 1;
     bool always = false;  ///< now and then it does not end

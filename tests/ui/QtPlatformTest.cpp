@@ -229,6 +229,23 @@ TEST_F(QtPromptsTest, FileDialogsNeverAskAboutTheFileThemselves) {
               std::nullopt);
 }
 
+TEST_F(QtPromptsTest, AMissingFolderIsNotProposedAsTheNameOfAFile) {
+    QTemporaryDir directory;
+    const std::filesystem::path folder = directory.path().toStdString();
+    QString proposed = QStringLiteral("none");
+    hands.when(
+        "the dialog", [] { return windowNamed("filePrompt") != nullptr; },
+        [&] {
+            auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
+            proposed = dialog->findChild<QLineEdit*>()->text() + dialog->directory().path();
+            dialog->reject();
+        });
+    hands.start(std::chrono::minutes(1), [this] { ending = true; });
+    (void)prompts.askFile(
+        {.title = "Save", .pattern = "*.csv", .startFolder = folder / "CoinSets", .saving = true});
+    EXPECT_EQ(proposed.toStdString(), folder.string());
+}
+
 TEST(QtInstanceGuardTest, OneCopyPerFolder) {
     QTemporaryDir directory;
     const std::filesystem::path folder = directory.path().toStdString();

@@ -98,6 +98,16 @@ void fill(QMessageBox& box, const Prompt& prompt) {
     }
 }
 
+/// The folder itself or, where it is missing, the nearest one above it: of a missing folder the
+/// toolkit would make the name of a file, and Save would take it.
+std::filesystem::path existing(std::filesystem::path folder) {
+    std::error_code ignored;
+    while (!std::filesystem::is_directory(folder, ignored) && folder.has_relative_path()) {
+        folder = folder.parent_path();
+    }
+    return folder;
+}
+
 Answer answerOf(QMessageBox::StandardButton button) {
     switch (button) {
         case QMessageBox::Yes:
@@ -172,7 +182,7 @@ void QtPrompts::notice(const Prompt& prompt) {
 }
 
 std::optional<std::filesystem::path> QtPrompts::askFile(const FileQuestion& question) {
-    QFileDialog dialog(owner(), toQt(question.title), pathToQt(question.startFolder),
+    QFileDialog dialog(owner(), toQt(question.title), pathToQt(existing(question.startFolder)),
                        toQt(question.pattern));
     dialog.setObjectName(QStringLiteral("filePrompt"));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
