@@ -100,14 +100,14 @@ bool MechCheck::enterSerialMode(std::string_view modeCommand) {
     return false;
 }
 
-void MechCheck::leaveSerialMode() {
+bool MechCheck::leaveSerialMode() {
     state_.box.commandModeFlag = false;
     state_.box.serialModeFlag = false;
     state_.link.frameCount = 0;
     state_.link.lineBuffer.clear();
     // A port that is gone was told; nobody could answer whether the box is stuck.
     const auto over = [this] { return state_.box.commandModeFlag || !state_.link.portOpen; };
-    if (over()) return;
+    if (over()) return false;
     const ModeInDoubt doubt(state_.box);
     link_.flushInput();
     link_.sendBreak(kLeaveBreakMs);
@@ -118,10 +118,11 @@ void MechCheck::leaveSerialMode() {
     state_.box.serialModeFlag = false;
     link_.sendEscapes(kLeaveEscapes);
     // The box answers the ESC characters, not the break, so it is given time to.
-    if (link_.waitFor(kModeMs, over)) return;
-    if (checkMech(false)) return;
+    if (link_.waitFor(kModeMs, over)) return state_.box.commandModeFlag;
+    if (checkMech(false)) return true;
     prompts_.ask(
         {.title = state_.msgText(301), .text = state_.msgText(302), .icon = PromptIcon::critical});
+    return false;
 }
 
 }  // namespace vantor

@@ -23,9 +23,9 @@ class MechCheck {
     /// Up to 5 attempts with a mode command such as "$05"; false was told (message 300), unless the
     /// run was cancelled meanwhile, which ends the attempts at once.
     bool enterSerialMode(std::string_view modeCommand);
-    /// Back to command mode: 150 ms break, 20 ESC; a box that stays stuck is told (302).
-    /// Without an open port it only forgets the mode.
-    void leaveSerialMode();
+    /// Back to command mode: 150 ms break, 20 ESC; false for a box that stays stuck, which is told
+    /// (302). Without an open port it only forgets the mode, which is false too.
+    bool leaveSerialMode();
 
   private:
     bool runCheck(bool detect);

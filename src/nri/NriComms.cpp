@@ -195,8 +195,8 @@ void NriComms::probeInterface() {
                   .icon = PromptIcon::information});
 }
 
-void NriComms::settle() {
-    if (state_.box.serialModeFlag) check_.leaveSerialMode();
+bool NriComms::settle() {
+    return !state_.box.serialModeFlag || check_.leaveSerialMode();
 }
 
 }  // namespace vantor

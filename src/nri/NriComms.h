@@ -50,8 +50,8 @@ class NriComms {
     /// `attempts` times, 500 ms after each failure; the interface is probed and its warning shown
     /// at most once.
     bool setUp(int attempts);
-    /// Command mode again, where a set-up that failed left the box in serial mode.
-    void settle();
+    /// Command mode again, where the box is in serial mode; false when it does not come back.
+    bool settle();
 
     [[nodiscard]] const NriModel& model() const { return nriModel(state_.mech.mechType); }
     /// Cancel Operation, or no port any more.

@@ -101,6 +101,12 @@ bool NriMemory::send(const std::vector<NriWrite>& writes) {
     return good;
 }
 
+/// A plain mech acknowledges nothing. If the box behind which it is does not answer any more, who
+/// knows what has reached it.
+bool NriMemory::vouchedFor(bool backInCommandMode) const {
+    return shape().model.handshake || backInCommandMode;
+}
+
 bool NriMemory::programNriMemory() {
     if (!oldMemoryTaken()) {
         tellNotProgrammed();
@@ -116,7 +122,8 @@ bool NriMemory::programNriMemory() {
             good = send(nriWrites(shape(), state_.limits.channelLimits, state_.nri.next,
                                   calendar_.today()));
         });
-        comms_.settle();
+        const bool back = comms_.settle();
+        good = good && vouchedFor(back);
     });
     if (!answered) {
         tellSetupFailure(139);
@@ -136,7 +143,10 @@ bool NriMemory::programBlocks(const std::vector<NriWrite>& writes) {
         good = comms_.setupNriComms() && send(writes);
     });
     errors_.attempt(914, [this] { link_.sendW(); });
-    errors_.attempt(914, [this] { comms_.settle(); });
+    errors_.attempt(914, [&] {
+        const bool back = comms_.settle();
+        good = good && vouchedFor(back);
+    });
     if (good) {
         tell(911, state_.msgText(910), PromptIcon::information);
     } else {

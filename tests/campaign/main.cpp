@@ -24,6 +24,8 @@ void makeApplication() {
     static char name[] = "vantor-campaign";
     static char* arguments[] = {name, nullptr};
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // File dialogs remember the folders of earlier sessions; no seed knows of those.
+    qputenv("XDG_CONFIG_HOME", "/nonexistent");
     qInstallMessageHandler(quietly);
     // Never destroyed: a worker leaves without unwinding.
     static auto* application = new QApplication(count, arguments);

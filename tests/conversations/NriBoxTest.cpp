@@ -151,6 +151,24 @@ TEST(NriOnTheBox, FaultsOfTheMechAtEveryStep) {
     }
 }
 
+TEST(NriOnTheBox, AMechBehindALineThatFellSilentIsNotProgrammed) {
+    for (const std::string_view model : {"G13-6000", "G13-0000", "G10-4000"}) {
+        Bench good(model);
+        good.prepare();
+        ASSERT_TRUE(good.nri.programAndVerify());
+        for (int after = 30; after < 200; after += 45) {
+            Bench bench(model);
+            bench.prepare();
+            bench.box.addFault(
+                {.kind = Fault::Kind::stall, .where = Fault::Where::fromPc, .after = after});
+            for (int i = 0; i < 3; ++i) bench.prompts.expect("No Response", Answer::ok);
+            EXPECT_FALSE(bench.nri.programAndVerify()) << model << after;
+            EXPECT_NE(bench.memory(), good.memory()) << model << after;
+            EXPECT_FALSE(bench.prompts.told("Programmed OK")) << model << after;
+        }
+    }
+}
+
 TEST(NriOnTheBox, BytesLostOnTheWayNeverMakeAReadWhole) {
     for (const std::string_view model : {"G18-3000", "G13-0000"}) {
         for (const Fault::Kind kind : {Fault::Kind::dropByte, Fault::Kind::repeatByte}) {
