@@ -206,6 +206,8 @@ bool MarsProm::offerBipolarProm(MarsBracket& bracket) {
         bracket.sendJ();
         // A PROM that could not be read is not a blank one.
         accepted = readMemory() && acceptsUsedProm();
+        // No other PROM helps a box whose adapter was pulled.
+        if (!accepted && !state_.link.portOpen) break;
     }
     link_.sendAndWait("B");
     return accepted;

@@ -87,7 +87,8 @@ int readMemory(const Plan& plan) {
 }
 
 int programMemory(const Plan& plan) {
-    if (plan.is(kMars)) return 2 * kReadProm + kProgramProm + 8 * kQuestion;
+    // Five PROMs are tried, then the technician gives up.
+    if (plan.is(kMars)) return 6 * (kReadProm + 2 * kQuestion) + kProgramProm + 4 * kQuestion;
     if (plan.is(kNri)) return kSetUpNri + kNriBlocks * kWriteNri + kLeave + 3 * kQuestion;
     const bool text = plan.model->code == "Sentinel";
     const int words = plan.model->memorySize * (text ? kWriteSentinel : kWord);

@@ -148,7 +148,11 @@ class BenchHand {
             setSwitches(true, false);
         } else if (has("Bipolar PROM") && title == "Load PROM") {
             box_.insertProm(boxsim::PromKind::bipolar, promWords);
+            // A box that reads none of them is not worth a fifth.
+            if (++promOffers_ == kMostPromOffers) button = QMessageBox::Cancel;
         }
+        const bool offersAnother = title == "Load PROM" || has("Unable to Read PROM");
+        if (!offersAnother || promOffers_ == kMostPromOffers) promOffers_ = 0;
         answer(open, button);
     }
 
@@ -186,6 +190,8 @@ class BenchHand {
     std::vector<Exception> exceptions_;
     std::string item_;
     std::size_t declineAt_ = 0;  ///< 0 = none
+    static constexpr int kMostPromOffers = 5;
+    int promOffers_ = 0;  ///< one after the other
     Micros nextDrop_{};
 };
 

@@ -200,6 +200,14 @@ TEST(MarsProgramBipolar, APromThatCannotBeReadIsNotBlank) {
     world.prompts.expect("Insert 1K Bipolar PROM", Answer::ok);
     EXPECT_TRUE(world.mars.programAndVerify());
     EXPECT_EQ(world.port.sent, "JEAJEABJ" + joined(kFirstSegment, 3) + "EAW");
+
+    MarsWorld unplugged;
+    unplugged.state.prom.target = TargetProm::bipolar;
+    unplugged.loop.callAfter(std::chrono::seconds(1), [&] { unplugged.port.fail("gone"); });
+    unplugged.socket.answersReads = false;
+    unplugged.prompts.expect("Insert 1K Bipolar PROM", Answer::ok);
+    EXPECT_FALSE(unplugged.mars.programAndVerify()) << "and no other PROM is asked for";
+    EXPECT_EQ(unplugged.prompts.asked.size(), 2U);
 }
 
 TEST(MarsProgram, TheMe181IsProgrammedInTwoHalves) {
