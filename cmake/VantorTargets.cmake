@@ -64,7 +64,7 @@ function(vantor_tests name folder)
     endif()
     add_executable(${name} ${sources})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests/support)
-    target_compile_definitions(${name} PRIVATE VANTOR_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    target_compile_definitions(${name} PRIVATE VANTOR_SOURCE_DIR="${VANTOR_TEST_DATA}")
     target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
