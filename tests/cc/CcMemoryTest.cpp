@@ -229,6 +229,7 @@ TEST(CcWrite, SendsTheWordsThatDifferAndNoOthers) {
     EXPECT_EQ(world.port.sent, opening("C08") + "yy" + leaving());
 
     world.port.sent.clear();
+    world.state.box.i2cNakFlag = true;  // of an earlier conversation
     world.state.images.next[0] = 0x1234;
     world.state.images.next[127] = 0xFFFE;
     world.cc.memory().writeCcEeprom();

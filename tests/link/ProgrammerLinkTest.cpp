@@ -67,11 +67,13 @@ TEST(ProgrammerLink, StartupPortSendsABreakAnd25Escapes) {
     LinkWorld world;
     world.state.box.serialModeFlag = true;
     world.state.link.lineBuffer = "half";
+    world.state.link.frameCount = 2;
     world.link.startupPort();
     EXPECT_EQ(world.port.sent, "<break></break>" + escapes(25));
     EXPECT_EQ(world.port.writes.size(), 25U);
     EXPECT_FALSE(world.state.box.serialModeFlag);
     EXPECT_TRUE(world.state.link.lineBuffer.empty());
+    EXPECT_EQ(world.state.link.frameCount, 0);
 }
 
 TEST(ProgrammerLink, APortThatDoesNotOpenIsToldAndEndsTheProgram) {

@@ -356,7 +356,7 @@ TEST(MarsOldProm, ThatWasNotReadKeepsTheMechFromBeingProgrammed) {
     for (const bool cancelled : {true, false}) {
         MarsWorld world;
         world.setLimits(3, {1, 2, 3, 4, 5, 6});
-        world.state.coinset.oldChannelSource[3] = 3;
+        world.state.coinset.oldChannelSource[3] = cancelled ? 3 : -3;
         world.socket.missingLine = 5;
         world.socket.cells.replace(13, 3, "C21");
         world.prompts.expect("Insert Old PROM to COPY", cancelled ? Answer::cancel : Answer::ok);

@@ -89,6 +89,16 @@ TEST(PortMapTest, TheFileOverridesTheTableAndTheCommandLineBoth) {
     EXPECT_EQ(map.device(8), "/dev/ttyUSB3");
     EXPECT_EQ(map.device(9), "/dev/ttyUSB4");
     EXPECT_EQ(map.device(22), "/dev/pts/3");
+    EXPECT_EQ(map.device(0) + map.device(31), "") << "there are no such ports";
+}
+
+TEST(FilesTest, AWrittenFileStandsAlone) {
+    const QTemporaryDir directory;
+    const fs::path folder(directory.path().toStdString());
+    writeFileWhole(folder / "x", "before");
+    writeFileWhole(folder / "x", "after");
+    EXPECT_EQ(readFile(folder / "x"), "after");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "nothing is left beside it";
 }
 
 CommandLine parsed(std::initializer_list<std::string> arguments) {
