@@ -41,7 +41,7 @@ class ScriptedMech {
     std::string identity;                        ///< answer to "I"; empty = silence
     std::map<std::string, std::string> answers;  ///< by whole command; '|' stands for CR
     std::set<std::string> silentTo;              ///< commands without an answer
-    std::set<std::string> lateTo;                ///< commands answered 700 ms late
+    std::set<std::string> lateTo;                ///< commands answered 560 ms late
     int refusedPair = 0;                         ///< the n-th pair of a write gets "?"
     int lostPair = 0;                            ///< the n-th pair of a write gets nothing
     std::string modeWanted;                      ///< only this mode command brings an answer
@@ -73,7 +73,7 @@ class ScriptedMech {
     }
     std::string answer(const std::string& command) {
         if (silentTo.contains(command)) return "";
-        if (lateTo.contains(command)) delayMs = 700;
+        if (lateTo.contains(command)) delayMs = 560;
         return answers.contains(command) ? lines(answers.at(command)) : "";
     }
     std::string handshakeReply(const std::string& text) {
