@@ -35,7 +35,7 @@ class Bench final : public Prompts {
 
     Answer ask(const Prompt& prompt) override {
         // Who is asked this often wants out, so that no input takes for ever.
-        if (++asked_ == kMostQuestions) core.flows.backButton();
+        if (++asked_ == kMostQuestions) cancelRun();
         const int mood = nextMood();
         if (prompt.buttons == PromptButtons::ok) return Answer::ok;
         if (prompt.buttons == PromptButtons::yesNoCancel) return answerDrop(prompt, mood);
@@ -67,6 +67,11 @@ class Bench final : public Prompts {
     static constexpr int kMostHandfuls = 4;
     static constexpr int kMostQuestions = 150;
 
+    /// The button is Cancel Operation during a run, and disabled during any other work.
+    void cancelRun() {
+        if (core.state.gather.runActive) core.flows.backButton();
+    }
+
     int nextMood() {
         if (moods_.empty()) return 0;
         const int mood = static_cast<unsigned char>(moods_.front());
@@ -82,8 +87,7 @@ class Bench final : public Prompts {
             coin_ = coins.empty() ? "" : coins[static_cast<std::size_t>(mood) % coins.size()];
         }
         if (mood >= 128) {
-            loop.callAfter(std::chrono::milliseconds(50 * (mood - 127)),
-                           [this] { core.flows.backButton(); });
+            loop.callAfter(std::chrono::milliseconds(50 * (mood - 127)), [this] { cancelRun(); });
         }
         constexpr Answer kAnswers[] = {Answer::yes, Answer::no, Answer::cancel, Answer::yes};
         return kAnswers[mood % 4];
@@ -93,7 +97,7 @@ class Bench final : public Prompts {
         const GatherState& gather = core.state.gather;
         if (!gather.runActive || gather.coinsRemaining <= 0) return;
         // A coinset may want more coins than a technician has.
-        if (++handfuls_ > kMostHandfuls) return core.flows.backButton();
+        if (++handfuls_ > kMostHandfuls) return cancelRun();
         (void)box.drop(coin_, std::min(gather.coinsRemaining, kHandful), 300);
     }
 
