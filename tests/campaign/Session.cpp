@@ -86,6 +86,10 @@ class Session {
     }
 
     void heal() {
+        // A mech that lost its power is dead for a while, however soon the job was over.
+        if (plan_.row().kind == boxsim::Fault::Kind::powerLoss) {
+            world_.loop.advance(milliseconds(plan_.armed.value));
+        }
         world_.box.clearFaults();
         world_.box.replug();
         world_.box.replugValidator();
