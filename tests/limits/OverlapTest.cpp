@@ -60,12 +60,12 @@ const std::vector<Window> kCoin = {{100, 140}, {200, 240}, {300, 340}};
 
 TEST(Overlap, CoinsAreAlikeOnlyWhenEveryParameterMeets) {
     Mech mech;
-    mech.channel(1, kCoin);
-    mech.channel(4, {{140, 150}, {210, 220}, {250, 400}});
-    EXPECT_EQ(mech.marked(), "1c 4c ");
-    mech.channel(4, {{141, 150}, {210, 220}, {250, 400}});
+    mech.channel(5, kCoin);
+    mech.channel(6, {{140, 150}, {210, 220}, {250, 400}});
+    EXPECT_EQ(mech.marked(), "5c 6c ");
+    mech.channel(6, {{141, 150}, {210, 220}, {250, 400}});
     EXPECT_EQ(mech.marked(), "");
-    mech.channel(4, {{100, 140}, {0, 0}, {300, 340}});
+    mech.channel(6, {{100, 140}, {0, 0}, {300, 340}});
     EXPECT_EQ(mech.marked(), "") << "switched off on one parameter";
 }
 

@@ -60,6 +60,8 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     EXPECT_EQ(limitsDisplay.firstSlug, " 897; 903; 1396; 1404; 2095; 2105;");
     EXPECT_TRUE(prompts.told("Gathered Coin Ten"));
     EXPECT_EQ(prompts.asked.back().title, "Complete");
+    EXPECT_EQ(state.coinTable.itemStats[0][5], 1.0F) << "lower spread of the third parameter";
+    EXPECT_EQ(state.coinTable.itemStats[0][8], 2.0F) << "upper";
     EXPECT_EQ(state.coinTable.itemStats[1][0], 900.0F);
     EXPECT_EQ(state.prom.promSizeCode, 1);
     expectReady();
@@ -191,6 +193,23 @@ TEST_F(CoinsetRun, IdlesOutOfLimitsEndTheRunBeforeAnyRecord) {
     state.gather.idleReading[0] = 100;
     run(kCoinA);
     EXPECT_TRUE(prompts.told("Readings:     0" + gap + " 0" + gap + " 0" + gap));
+}
+
+TEST_F(CoinsetRun, IdlesOnTheirLimitsAndSegmentsThatAreOnePass) {
+    const std::pair<const char*, bool> cases[] = {{"Y    90   190   290\r", true},
+                                                  {"Y   110   210   310\r", true},
+                                                  {"Y   111   210   310\r", false},
+                                                  {"Y   110   210   311\r", false},
+                                                  {"Y    89   190   290\r", false}};
+    for (const auto& [answer, good] : cases) {
+        port.forget("Y");
+        port.answer("Y", answer);
+        prompts.asked.clear();
+        runText("Mars.ME111,t,r,v\r\n2K,2,1,0,1,90,110,190,210,290,310\r\n");
+        EXPECT_EQ(!prompts.told("out of Limits"), good) << answer;
+        EXPECT_EQ(state.prom.segmentSelected[0], false) << "a check value of 2";
+        EXPECT_EQ(state.prom.segmentSelected[3], true);
+    }
 }
 
 TEST_F(CoinsetRun, FilesThatAreNoCoinsetForThisMechAreRefused) {

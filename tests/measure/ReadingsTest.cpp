@@ -60,7 +60,9 @@ TEST_F(Readings, OutsideARunTheReadingsHeldAreShown) {
     feed(drop(1000, 1500, 2200));
     EXPECT_EQ(display.number, " 1");
     EXPECT_EQ(state.gather.coinsRemaining, 3);
+    state.item.limitAdjust[1] = 7;
     flows.updateStats(1);
+    EXPECT_EQ(state.item.limitAdjust[1], 0);
     EXPECT_EQ(display.number, " 0");
     EXPECT_EQ(display.readings, "0;0;0;");
     EXPECT_EQ(state.item.mean[1], 0.0F);

@@ -87,6 +87,18 @@ TEST(NriReadings, CancelEndsTheWaitForACoinThatNeverFalls) {
     EXPECT_EQ(world.state.gather.coinsRemaining, 4);
     EXPECT_TRUE(world.inCommandMode());
     EXPECT_TRUE(world.prompts.asked.empty());
+
+    NriWorld pausing("G13-0000");
+    pausing.state.gather.coinsRemaining = 5;
+    pausing.mech.coins = {"001|022|033|044"};
+    RepeatingTimer hand(pausing.loop);
+    hand.start(std::chrono::milliseconds(10), [&pausing] {
+        pausing.state.gather.abortFlag |=
+            pausing.port.sent.ends_with('T') && pausing.state.box.linesComplete;
+    });
+    pausing.nri.enableCoinData(1);
+    EXPECT_EQ(pausing.readings, "") << "a coin that Cancel overtook";
+    EXPECT_EQ(pausing.state.gather.coinsRemaining, 5);
 }
 
 TEST(NriReadings, AMechThatIsSilentEndsTheRun) {
