@@ -26,6 +26,9 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kHangs{180};
 constexpr int kPollMs = 1000;
 
+/// Ctrl-C: what was played until then is reported all the same.
+volatile std::sig_atomic_t interrupted = 0;
+
 /// A child that runs every `stride`-th seed from `next` on and reports lines:
 ///
 ///     B seed                                        begins
@@ -74,12 +77,16 @@ class Campaign {
         : order_(order), enter_(enter), end_(order.first + static_cast<unsigned>(order.sessions)) {}
 
     int run() {
+        std::signal(SIGINT, [](int) { interrupted = 1; });
         workers_.resize(static_cast<std::size_t>(order_.processes));
         for (std::size_t i = 0; i < workers_.size(); ++i) {
             workers_[i].next = order_.first + i;
             begin(workers_[i]);
         }
-        while (attend()) {
+        while (interrupted == 0 && attend()) {
+        }
+        for (const Worker& worker : workers_) {
+            if (!worker.over) kill(worker.process, SIGKILL);
         }
         report();
         return static_cast<int>(violations_.size());
@@ -95,6 +102,7 @@ class Campaign {
         worker.process = fork();
         if (worker.process == 0) {
             close(ends[0]);
+            std::signal(SIGINT, SIG_DFL);
             work(ends[1], worker.next, end_, workers_.size(), enter_);
         }
         close(ends[1]);
@@ -114,6 +122,7 @@ class Campaign {
         }
         if (fds.empty()) return false;
         poll(fds.data(), fds.size(), kPollMs);
+        if (interrupted != 0) return false;
         for (std::size_t i = 0; i < fds.size(); ++i) {
             if (fds[i].revents != 0) listen(*waiting[i]);
             if (!waiting[i]->over && Clock::now() - waiting[i]->since > kHangs) {
