@@ -116,7 +116,7 @@ inline constexpr int kC435Codes = 16;
 /// As a technician reads and types them.
 struct C435Settings {
     /// Row r (0..15), choice k (0..3) at 4r + k: a route letter, "?" for a code without one.
-    std::array<std::string, kC435Rows * kC435Choices> paths;
+    std::array<std::string, std::size_t{kC435Rows} * kC435Choices> paths;
     /// Four binary digits each, most significant first.
     std::array<std::string, kC435Codes> codes;
     bool fromMemory = false;  ///< routed from memory, else from the plug

@@ -24,7 +24,7 @@ NriFamily::NriFamily(SessionState& state, ProgrammerLink& link, MechCheck& check
       prompts_(prompts),
       errors_(errors),
       comms_(state, link, check, prompts, errors, std::move(probe)),
-      memory_(state, link, check, prompts, errors, progress, calendar, comms_),
+      memory_(state, link, prompts, errors, progress, calendar, comms_),
       utilities_(state, link, prompts, errors, memory_),
       coinData_(state, link, check, prompts, errors, comms_, sinks) {}
 

@@ -299,7 +299,7 @@ int nriMaskByte(int output) {
 std::optional<std::array<int, kMaxParameters>> nriReading(
     const NriShape& shape, std::string_view answer, const Ranged<int, 1, kMaxParameters>* map) {
     const bool handshake = shape.model.handshake;
-    const auto plainLength = static_cast<std::size_t>(kPlainDigits * shape.parameters);
+    const auto plainLength = std::size_t{kPlainDigits} * static_cast<std::size_t>(shape.parameters);
     const bool whole =
         handshake ? isHexPairs(answer) : answer.size() == plainLength && isDecimal(answer);
     if (!whole) return std::nullopt;

@@ -14,12 +14,10 @@ namespace vantor {
 /// leaves it again.
 class NriMemory {
   public:
-    NriMemory(SessionState& state, ProgrammerLink& link, MechCheck& check, Prompts& prompts,
-              ErrorReporter& errors, ProgressDisplay& progress, const Calendar& calendar,
-              NriComms& comms)
+    NriMemory(SessionState& state, ProgrammerLink& link, Prompts& prompts, ErrorReporter& errors,
+              ProgressDisplay& progress, const Calendar& calendar, NriComms& comms)
         : state_(state),
           link_(link),
-          check_(check),
           prompts_(prompts),
           errors_(errors),
           progress_(progress),
@@ -58,7 +56,6 @@ class NriMemory {
 
     SessionState& state_;
     ProgrammerLink& link_;
-    MechCheck& check_;
     Prompts& prompts_;
     ErrorReporter& errors_;
     ProgressDisplay& progress_;

@@ -41,7 +41,7 @@ std::string blanks(int count) {
     return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
 }
 
-std::string padTo(std::string text, int width) {
+std::string padTo(const std::string& text, int width) {
     return text + blanks(width - static_cast<int>(text.size()));
 }
 

@@ -54,12 +54,12 @@ class Prompts {
     virtual void beep() = 0;
 
     /// How a waiting question learns that the program ends; set by the wiring.
-    virtual void setEnding(std::function<bool()> ending) { (void)ending; }
+    virtual void setEnding(const std::function<bool()>& ending) { (void)ending; }
 
     /// What a button says in the technician's language; an empty text leaves the toolkit's word.
     /// Set by the wiring and asked for every box.
     using Captions = std::function<std::string(Answer)>;
-    virtual void setCaptions(Captions captions) { (void)captions; }
+    virtual void setCaptions(const Captions& captions) { (void)captions; }
 };
 
 }  // namespace vantor

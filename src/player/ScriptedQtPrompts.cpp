@@ -140,8 +140,8 @@ bool ScriptedQtPrompts::over() const {
     return ending_ || (programEnding_ && programEnding_());
 }
 
-void ScriptedQtPrompts::setEnding(std::function<bool()> ending) {
-    programEnding_ = std::move(ending);
+void ScriptedQtPrompts::setEnding(const std::function<bool()>& ending) {
+    programEnding_ = ending;
 }
 
 Answer ScriptedQtPrompts::ask(const Prompt& prompt) {

@@ -30,8 +30,8 @@ class ScriptedQtPrompts final : public Prompts {
     void notice(const Prompt& prompt) override;
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override;
     void beep() override;
-    void setEnding(std::function<bool()> ending) override;
-    void setCaptions(Captions captions) override { real_.setCaptions(std::move(captions)); }
+    void setEnding(const std::function<bool()>& ending) override;
+    void setCaptions(const Captions& captions) override { real_.setCaptions(captions); }
 
     /// Answers the open box, or is kept for the next one. `part` (UTF-8) must be in its text.
     [[nodiscard]] Problem answer(Answer answer, const std::string& part);

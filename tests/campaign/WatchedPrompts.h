@@ -33,8 +33,8 @@ class WatchedPrompts final : public Prompts {
         return inner_.askFile(question);
     }
     void beep() override { inner_.beep(); }
-    void setEnding(std::function<bool()> ending) override { inner_.setEnding(std::move(ending)); }
-    void setCaptions(Captions captions) override { inner_.setCaptions(std::move(captions)); }
+    void setEnding(const std::function<bool()>& ending) override { inner_.setEnding(ending); }
+    void setCaptions(const Captions& captions) override { inner_.setCaptions(captions); }
 
   private:
     class Open {

@@ -25,8 +25,8 @@ class QtPrompts final : public Prompts {
     void notice(const Prompt& prompt) override;
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override;
     void beep() override;
-    void setEnding(std::function<bool()> ending) override { ending_ = std::move(ending); }
-    void setCaptions(Captions captions) override { captions_ = std::move(captions); }
+    void setEnding(const std::function<bool()>& ending) override { ending_ = ending; }
+    void setCaptions(const Captions& captions) override { captions_ = captions; }
 
   private:
     void waitFor(QDialog& dialog);
