@@ -299,7 +299,8 @@ ProgrammerLink& Program::link() {
 }
 
 bool Program::idle() const {
-    return impl_->startUp.over() && !impl_->actions.busy() && !impl_->link.holdingInput();
+    return impl_->startUp.over() && !impl_->finished && !impl_->actions.busy() &&
+           !impl_->link.holdingInput();
 }
 
 bool Program::ended() const {

@@ -45,7 +45,7 @@ class Program {
     [[nodiscard]] SessionState& state();
     [[nodiscard]] ActionFrame& actions();
     [[nodiscard]] ProgrammerLink& link();
-    /// No flow is running and the start-up is over.
+    /// No flow is running, the start-up is over and the end has not begun.
     [[nodiscard]] bool idle() const;
     [[nodiscard]] bool ended() const;
     /// A window by object name ("frmMain"); nullptr for an unknown one.
