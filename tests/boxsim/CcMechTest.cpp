@@ -144,21 +144,6 @@ TEST(I2cMech, ALateAnswerNeverReachesCommandMode) {
     EXPECT_EQ(bench.ask("J", 5s), "");
 }
 
-TEST(I2cMech, KnowsItsCoinsWhileItsMemoryIsInOrder) {
-    for (const std::string_view model : {"C120", "220B", "335", "435", "450"}) {
-        MechBench bench("CC", model);
-        Random random(7);
-        const auto channel = [&](const char* coin) {
-            return bench.box.mech()->channelFor(*bench.box.mech()->draw(coin, random), {});
-        };
-        EXPECT_EQ(channel("5 Pell"), 0) << model;
-        EXPECT_EQ(channel("50 Pell"), 3) << model;
-        EXPECT_EQ(channel("Steel Washer"), std::nullopt) << model;
-        ASSERT_TRUE(bench.box.mech()->setMemory(0, "0000"));
-        EXPECT_EQ(channel("5 Pell"), std::nullopt) << model << ": the check byte does not hold";
-    }
-}
-
 TEST(BenchCommands, ShowSaveSetAndCompareTheMechsMemory) {
     const auto file = std::filesystem::temp_directory_path() / "vantor_bench_memory.txt";
     const std::string name = "'" + file.string() + "'";

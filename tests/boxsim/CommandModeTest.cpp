@@ -57,46 +57,6 @@ TEST(CommandMode, TheLineRunsAt9600BaudAndTheBoxTakesItsTime) {
     EXPECT_EQ(wire[1].at, 1042us + 500us + 1042us);
     EXPECT_EQ(wire.back().at, 1042us + 500us + 35417us);
     EXPECT_EQ(bench.box.ownTime(), 500us);
-
-    // Bytes written together leave one after the other.
-    bench.box.clearTranscript();
-    bench.send(std::string(96, 'J'));
-    EXPECT_EQ(bench.box.lineFreeAt() - bench.loop.now(), 100ms);
-    bench.loop.advance(1s);
-    EXPECT_EQ(bench.box.sentByPc(), std::string(96, 'J'));
-    EXPECT_EQ(bench.box.ownTime(), 0us);
-}
-
-TEST(CommandMode, CoinDataGivesOneLinePerDrop) {
-    BoxBench bench;
-    ASSERT_TRUE(bench.box.plugValidator("Mars", "ME181"));
-    bench.box.dropRaw(1203, 1498, 2210);
-    EXPECT_EQ(bench.ask(""), "");
-    bench.send("N");
-    bench.loop.advance(1s);
-    bench.received.clear();
-    bench.box.dropRaw(1203, 1498, 2210);
-    bench.loop.advance(1s);
-    EXPECT_EQ(bench.received, "M 01203 01498 02210\r");
-    bench.received.clear();
-    bench.box.dropRaw(-5, 123456, 0);
-    bench.loop.advance(1s);
-    EXPECT_EQ(bench.received, "M 00000 99999 00000\r");
-
-    const Micros begin = bench.loop.now();
-    bench.box.clearTranscript();
-    EXPECT_TRUE(bench.box.drop("2 dorin", 3, 250));
-    EXPECT_FALSE(bench.box.drop("3 Dorin"));
-    bench.loop.advance(10s);
-    std::vector<Micros> ends;
-    for (const WireByte& wire : bench.box.transcript()) {
-        if (wire.byte == '\r') ends.push_back(wire.at - begin);
-    }
-    // 2 ms of measuring and 20 bytes each.
-    EXPECT_EQ(ends, (std::vector<Micros>{22834us, 272834us, 522834us}));
-    EXPECT_EQ(bench.ask("I"), "");
-    bench.box.dropRaw(1, 2, 3);
-    EXPECT_EQ(bench.ask(""), "");
 }
 
 TEST(CommandMode, ABatteryWarningWaitsForCommandMode) {
@@ -142,24 +102,6 @@ TEST(SerialMode, BreakAndEscapes) {
         EXPECT_EQ(bench.breakThen(c.breakLength, c.escapes), c.answer) << c.what;
         EXPECT_EQ(bench.box.inSerialMode(), c.serialAfter) << c.what;
     }
-}
-
-TEST(SerialMode, TheEscapesMustComeInARow) {
-    BoxBench bench;
-    bench.ask("$05");
-    bench.breakThen(150ms, 19);
-    EXPECT_EQ(bench.ask("x" + std::string(20, '\x1B')), "");
-    EXPECT_TRUE(bench.box.inSerialMode());
-}
-
-TEST(SerialMode, EveryModeCommandIsConfirmedAndNoOther) {
-    for (const char* mode : {"$01", "$05", "$06", "$23", "$25"}) {
-        BoxBench bench;
-        EXPECT_EQ(bench.ask(mode), "*S\r");
-    }
-    BoxBench bench;
-    EXPECT_EQ(bench.ask("$07"), "");
-    EXPECT_FALSE(bench.box.inSerialMode());
 }
 
 TEST(SerialMode, Options) {

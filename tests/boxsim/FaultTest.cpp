@@ -185,34 +185,6 @@ TEST(Port, OpensItsOwnNumberAndNeverAnswersInsideAWrite) {
     EXPECT_EQ(received.size(), 34U);
 }
 
-TEST(Port, ReportsAPulledPlugOnceAndOpensAgainAfterwards) {
-    VirtualEventLoop loop;
-    SimulatedBox box(loop, 1);
-    SimulatedPort port(loop, box);
-    int failures = 0;
-    std::size_t received = 0;
-    port.setReceiver([&](auto bytes) { received += bytes.size(); });
-    port.setFailureHandler([&](const std::string& reason) {
-        EXPECT_FALSE(reason.empty());
-        ++failures;
-    });
-    const std::uint8_t status[] = {'S'};
-    ASSERT_TRUE(port.open(1).open);
-    box.addFault({Kind::unplug, kBox, 10, 1, 0});
-    EXPECT_TRUE(port.write(status));
-    loop.advance(1s);
-    EXPECT_EQ(failures, 1);
-    EXPECT_EQ(received, 10U);
-    EXPECT_FALSE(port.write(status));
-    EXPECT_FALSE(port.open(1).open);
-    box.replug();
-    ASSERT_TRUE(port.open(1).open);
-    EXPECT_TRUE(port.write(status));
-    loop.advance(1s);
-    EXPECT_EQ(received, 10U + 34U);
-    EXPECT_EQ(failures, 1);
-}
-
 TEST(Determinism, TheSameSeedGivesTheSameConversation) {
     const auto conversation = [](std::uint64_t seed, bool noisy) {
         BoxBench bench(seed);

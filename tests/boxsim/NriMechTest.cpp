@@ -89,48 +89,6 @@ TEST(NriHandshake, ReadsAndWritesBlocksStepByStep) {
     EXPECT_EQ(bench.ask("I"), "07\r");
 }
 
-TEST(NriHandshake, TheModelsHaveTheBlocksTheyHave) {
-    struct Case {
-        const char* model;
-        const char* mode;
-        const char* last;    // the last block's number on the wire
-        const char* beyond;  // the one that it lacks
-    };
-    for (const Case& c :
-         {Case{"G13-6000", "$05", "1B", "1C"}, Case{"G40-0000", "$05", "1B", "1C"},
-          Case{"G18-3000", "$05", "19", "1A"}, Case{"G10-4000/5", "$23", "14", "15"}}) {
-        NriBench bench(c.model, c.mode);
-        EXPECT_EQ(bench.ask(std::string("X") + c.beyond), kAck + "?\r") << c.model;
-        EXPECT_NE(bench.ask(std::string("X") + c.last), kAck + "?\r") << c.model;
-        for (const MemoryCell& cell : bench.box.mech()->memory()) {
-            EXPECT_EQ(cell.content.size() % 2, 0U) << c.model << cell.number;
-            EXPECT_EQ(cell.content.find_first_not_of("0123456789ABCDEF"), std::string::npos)
-                << c.model << cell.number;
-            const bool window = cell.number >= 4 && cell.number <= 15;
-            EXPECT_EQ(cell.content.size(), window ? 24U : cell.content.size());
-        }
-    }
-}
-
-TEST(NriPlain, GivesItsMemoryInLines) {
-    NriBench six("G13-0000", "$01");
-    six.bench("set-memory 3 181182183184081082083084");
-    EXPECT_EQ(six.ask("V3"), "181\r182\r183\r184\r081\r082\r083\r084\r");
-    EXPECT_EQ(six.ask("Y"), "005\r000\r020\r010\r004\r002\r001\r");
-    EXPECT_EQ(six.ask("X"), "?\r");
-    EXPECT_EQ(six.ask("V7"), "?\r");
-    EXPECT_EQ(six.ask("\x1B"
-                      "C00W"),
-              "");
-    NriBench eight("G10-4000", "$23");
-    EXPECT_EQ(eight.ask("X"), "G10-4000 R2000500100020005000050010002000500100000000000000\r");
-    EXPECT_EQ(eight.ask("X").size(), 60U);
-    EXPECT_EQ(eight.ask("Y"), "?\r");
-    EXPECT_EQ(eight.ask("V8"), "000\r000\r000\r000\r000\r000\r000\r000\r");
-    EXPECT_EQ(eight.ask("Z").substr(28, 8), "23/09/06");
-    EXPECT_EQ(std::count(eight.received.begin(), eight.received.end(), '\r'), 1);
-}
-
 TEST(NriPlain, StoresWhatEndsAsItShould) {
     NriBench six("G18-0000", "$01");
     EXPECT_EQ(six.ask("D2101102103104\r"), "");
@@ -167,40 +125,6 @@ TEST(NriPlain, StoresWhatEndsAsItShould) {
     EXPECT_NE(eight.cell(9), list);  // a CR more than there should be
     eight.ask("F" + list + "::\r");
     EXPECT_EQ(eight.cell(9), list);
-}
-
-TEST(NriMechs, TheG10SendsARecordForEachAcceptedCoinOutsideAMeasurement) {
-    struct Case {
-        const char* model;
-        const char* coin;
-        std::string record;
-    };
-    // 5, 10, 20, 50 Pell on channels 1 to 4; the tubes hold 10 (left), 20 and 50.
-    const Case cases[] = {
-        {"G10-4000/5", "5 Pell", bytes({0x80, 0x08, 13})},
-        {"G10-4000/5", "10 Pell", bytes({0x80, 0x14, 13})},
-        {"G10-4000/5", "20 Pell", bytes({0x80, 0x1A, 13})},
-        {"G10-4000/5", "50 Pell", bytes({0x80, 0x21, 13})},
-        {"G10-4000/5", "Lead Blank", ""},
-        {"G10-4000", "5 Pell", bytes({0x80, 0x08, 13})},
-        {"G10-4000", "10 Pell", bytes({0x80, 0x14, 13})},
-        {"G10-4000", "50 Pell", bytes({0x80, 0x21, 13})},
-        {"G10-4000", "Lead Blank", ""},
-    };
-    for (const Case& c : cases) {
-        NriBench bench(c.model, "$23");
-        bench.ask("I");
-        bench.received.clear();
-        ASSERT_TRUE(bench.box.drop(c.coin));
-        bench.loop.advance(1s);
-        EXPECT_EQ(bench.received, c.record) << c.model << c.coin;
-        bench.ask("T");
-        bench.dropped({1, 2, 3});
-        ASSERT_TRUE(bench.box.drop(c.coin));
-        bench.received.clear();
-        bench.loop.advance(1s);
-        EXPECT_EQ(bench.received, "") << c.model << ": a measurement";
-    }
 }
 
 TEST(NriMechs, GoWrongAsTheBenchSays) {
@@ -243,36 +167,6 @@ TEST(NriMechs, GoWrongAsTheBenchSays) {
     EXPECT_EQ(plain.cell(8), "14/02/05");
     plain.ask("E01/02/03\r");
     EXPECT_EQ(plain.cell(8), "01/02/03");
-}
-
-TEST(NriMechs, SaveTwentyEightBlocksAndKeepTheirLengths) {
-    MechBench bench("NRI", "G13-0000");
-    const std::string saved = bench.box.mech()->savedMemory();
-    EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 28);
-    EXPECT_NE(saved.find("\r\n7,\"005000020010004002001\"\r\n8,\"14/02/05\"\r\n9,\"\"\r\n"),
-              std::string::npos);
-    EXPECT_FALSE(runBenchLine(bench.box, "set-memory 7 005").ok());
-    EXPECT_FALSE(runBenchLine(bench.box, "set-memory 9 x").ok());
-    EXPECT_TRUE(bench.bench("show-memory").ends_with("7: 005000020010004002001\n8: 14/02/05"));
-}
-
-TEST(NriMechs, KnowTheCoinsOfTheirMemory) {
-    Random random(11);
-    for (const std::string_view model : listedModels(kNri)) {
-        MechBench bench("NRI", model);
-        const auto channel = [&](const char* coin) {
-            return bench.box.mech()->channelFor(*bench.box.mech()->draw(coin, random), {});
-        };
-        EXPECT_EQ(channel("5 Pell"), 0) << model;
-        EXPECT_EQ(channel("50 Pell"), 3) << model;
-        EXPECT_EQ(channel("5 Dorin"), std::nullopt) << model;
-    }
-    // A channel looks at the sensors that its map names: with the first two exchanged it is blind.
-    MechBench bench("NRI", "G13-6000");
-    const std::string map = bench.cell(20);
-    bench.bench("set-memory 20 142056" + map.substr(6));
-    EXPECT_EQ(bench.box.mech()->channelFor(*bench.box.mech()->draw("5 Pell", random), {}),
-              std::nullopt);
 }
 
 }  // namespace

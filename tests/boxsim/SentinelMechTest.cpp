@@ -63,17 +63,6 @@ TEST(SentinelMech, ReadsAndWritesItsSerialEeprom) {
     EXPECT_EQ(bench.ask("M0085\r"), "M0085\r");
 }
 
-TEST(SentinelMech, GivesACoinWhenAskedUntilSomethingElseComes) {
-    SentinelBench bench;
-    EXPECT_EQ(bench.dropped({1, 2, 3}), "");
-    EXPECT_EQ(bench.ask("M02070306\r", 60s), "M02070306\r");
-    EXPECT_EQ(bench.dropped({10, 200, 0}), "0AC800\r");
-    EXPECT_EQ(bench.dropped({10, 200, 0}), "");
-    bench.ask("M02070306\r");
-    EXPECT_EQ(bench.ask("\r"), "\r");
-    EXPECT_EQ(bench.dropped({10, 200, 0}), "");
-}
-
 TEST(SentinelMech, GoesWrongAsTheBenchSays) {
     struct Case {
         const char* fault;
@@ -97,18 +86,6 @@ TEST(SentinelMech, GoesWrongAsTheBenchSays) {
     EXPECT_EQ(bench.cell(5), "0000");  // stuck, and then the erasing refused
     bench.ask("W00C5\rW00453412\r");
     EXPECT_EQ(bench.cell(5), "1234");
-}
-
-TEST(SentinelMech, KnowsItsCoinsWhileBothChecksHold) {
-    Random random(3);
-    for (const char* spoilt : {"none", "52", "56"}) {
-        MechBench bench("CC", "Sentinel");
-        EXPECT_EQ(bench.cell(58), "D2D0");
-        if (spoilt[0] != 'n') bench.bench("set-memory " + std::string(spoilt) + " 0102");
-        const auto channel =
-            bench.box.mech()->channelFor(*bench.box.mech()->draw("20 Pell", random), {});
-        EXPECT_EQ(channel, spoilt[0] == 'n' ? std::optional(2) : std::nullopt) << spoilt;
-    }
 }
 
 }  // namespace

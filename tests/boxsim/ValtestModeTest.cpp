@@ -79,48 +79,6 @@ TEST(ValtestMode, ABlankMechKnowsTheCoinsThatItCameWith) {
     }
 }
 
-TEST(ValtestMode, TheLettersAreThoseOfTheModel) {
-    struct Row {
-        const char *maker, *model, *variant, *letters;
-    };
-    for (const Row& row :
-         {Row{"CC", "C120", "", "ABCD"}, Row{"CC", "450", "", "ADBC"},
-          Row{"CC", "Sentinel", "", "ABCD"}, Row{"NRI", "G13-6000", "", "ABCD"},
-          Row{"NRI", "G18-3000", "", "ADBC"}, Row{"NRI", "G40-0000", "G40-x0xx", "ADBC"},
-          Row{"NRI", "G40-0000", "G40-x4xx", "ABCD"}}) {
-        MechBench bench(row.maker, row.model);
-        if (*row.variant != '\0') bench.bench(std::string("option variant ") + row.variant);
-        bench.ask("OC01ON");
-        std::string letters;
-        for (const char* coin : {"5 Pell", "10 Pell", "20 Pell", "50 Pell"}) {
-            bench.received.clear();
-            EXPECT_TRUE(bench.box.drop(coin));
-            bench.loop.advance(1s);
-            letters += bench.received.substr(2, 1);
-        }
-        EXPECT_EQ(letters, row.letters) << row.model << row.variant;
-    }
-}
-
-TEST(ValtestMode, CodedOutputsGivePatternsUntilTheyAreSingleAgain) {
-    MechBench bench("CC", "335");
-    const auto dropped = [&] {
-        bench.received.clear();
-        bench.box.drop("50 Pell");
-        bench.loop.advance(1s);
-        return bench.received;
-    };
-    bench.ask("*OC00N");
-    EXPECT_EQ(dropped(), "V D\r") << "Single was asked for after the question";
-    bench.ask("*C00");
-    EXPECT_EQ(dropped(), "V X03\r");
-    bench.ask("OC01");
-    EXPECT_EQ(dropped(), "V D\r");
-    bench.bench("binary off");
-    bench.ask("*C00");
-    EXPECT_EQ(dropped(), "V D\r");
-}
-
 TEST(ValtestMode, TheBenchReportsEventsWhileTheValidatorIsTested) {
     TestBench bench;
     EXPECT_EQ(bench.run("coin A"), "error");
