@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "LinkWorld.h"
+#include "RecordedProgress.h"
+#include "ScratchFolder.h"
 #include "catalogue/Text.h"
 #include "cc/CcFamily.h"
 
@@ -128,34 +130,15 @@ class CcBox {
     int written_ = -1;
 };
 
-class SilentProgress final : public ProgressDisplay {
-  public:
-    std::vector<std::string> windows;
-    int bar = -1;
-    bool open = false;
-
-    void openProgress(const std::string& caption, const std::string& title, bool segment) override {
-        windows.push_back(caption + "|" + title + (segment ? "|segment" : ""));
-        open = true;
-    }
-    void showProgress(int value) override { bar = value; }
-    void showSegment(int) override {}
-    void closeProgress() override { open = false; }
-};
-
 /// The Coin Controls family on a fake port in virtual time, with a mech behind the box.
 struct CcWorld : LinkWorld {
-    std::filesystem::path folder;
-    SilentProgress progress;
+    ScratchFolder scratch;
+    std::filesystem::path folder = scratch.path;
+    RecordedProgress progress;
     CcBox box{port};
     CcFamily cc{state, link, check, prompts, errors, progress, receiver.sinks};
 
     explicit CcWorld(std::string_view model) {
-        const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-        folder = std::filesystem::temp_directory_path() /
-                 ("vantor_cc_" + std::string(test->test_suite_name()) + test->name());
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
         state.app.folder = folder;
         select(kCoinControls, model);
         families.add(cc);
@@ -166,7 +149,6 @@ struct CcWorld : LinkWorld {
         port.answer("S", "N00000 00000 00000 00000 00 V1.95\r");
         receiver.sinks.requestCoinData = [this] { cc.coinData().requestCcCoinData(); };
     }
-    ~CcWorld() { std::filesystem::remove_all(folder); }
 
     /// Everything told so far, a line each: title, text and icon of a critical box.
     [[nodiscard]] std::string told() const {

@@ -1,42 +1,17 @@
 #include <gtest/gtest.h>
 
-#include "FakeDisplays.h"
-#include "ScriptedPrompts.h"
-#include "boxsim/SimulatedBox.h"
-#include "link/MechCheck.h"
-#include "link/Receiver.h"
+#include "BoxWorld.h"
 #include "mars/MarsFamily.h"
-#include "platform/VirtualEventLoop.h"
 
 namespace vantor {
 namespace {
 
-/// The Mars family against the simulated box, which knows none of its encoders.
-struct Bench {
-    VirtualEventLoop loop;
-    boxsim::SimulatedBox box{loop, 1};
-    boxsim::SimulatedPort port{loop, box};
-    test::ScriptedPrompts prompts;
-    SessionState state;
-    ErrorReporter errors{state.messages, prompts};
-    ProgrammerLink link{state, loop, port, prompts, errors};
-    Receiver receiver{state, link, prompts, errors};
-    Families families{state};
-    MechCheck check{state, link, families, prompts, errors};
-    test::NoProgress progress;
+struct Bench : test::BoxWorld {
     MarsFamily mars{state, link, prompts, errors, progress};
 
     explicit Bench(std::string_view model) {
-        link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
         receiver.sinks.promLine = [this](std::string_view line) { mars.parsePromLine(line); };
-        link.startTicks();
-        families.add(mars);
-        state.mech.manufacturer = kMars;
-        state.mech.mechType = model;
-        applyMechType(state.mech, state.messages);
-        (void)box.plugValidator(kMars, model);
-        link.startupPort();
-
+        plugIn(mars, model);
         state.prom.promSizeCode = 1;
         state.prom.segmentSelected[0] = state.prom.segmentSelected[1] = true;
         for (int channel = 1; channel <= 12; ++channel) {

@@ -1,70 +1,28 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <algorithm>
-
-#include "ScriptedPrompts.h"
-#include "boxsim/Fault.h"
-#include "boxsim/SimulatedBox.h"
+#include "BoxWorld.h"
+#include "ScratchFolder.h"
 #include "boxsim/SimulatedMech.h"
 #include "nri/NriFamily.h"
-#include "platform/VirtualEventLoop.h"
 
 namespace vantor {
 namespace {
 
 using boxsim::Fault;
 
-class NoProgress final : public ProgressDisplay {
-  public:
-    void openProgress(const std::string&, const std::string&, bool) override { open = true; }
-    void showProgress(int) override {}
-    void showSegment(int) override {}
-    void closeProgress() override { open = false; }
-    bool open = false;
-};
-
 struct Today final : Calendar {
     [[nodiscard]] Date today() const override { return {2026, 12, 31}; }
 };
 
-/// The NRI family against the simulated box, which knows none of its encoders.
-struct Bench {
-    VirtualEventLoop loop;
-    boxsim::SimulatedBox box{loop, 1};
-    boxsim::SimulatedPort port{loop, box};
-    test::ScriptedPrompts prompts;
-    SessionState state;
-    ErrorReporter errors{state.messages, prompts};
-    ProgrammerLink link{state, loop, port, prompts, errors};
-    Receiver receiver{state, link, prompts, errors};
-    Families families{state};
-    MechCheck check{state, link, families, prompts, errors};
-    NoProgress progress;
+struct Bench : test::BoxWorld {
     Today calendar;
     NriFamily nri{state, link, check, prompts, errors, progress, calendar, receiver.sinks, {}};
-    std::filesystem::path folder;
-    int coins = 0;
-    static inline int made = 0;
+    test::ScratchFolder scratch;
 
-    explicit Bench(std::string_view model)
-        : folder(std::filesystem::temp_directory_path() /
-                 ("nri-box-" + std::to_string(::getpid()) + "-" + std::to_string(++made))) {
-        std::filesystem::create_directories(folder);
-        state.app.folder = folder;
-        link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
-        receiver.sinks.reading = [this] { ++coins; };
-        link.startTicks();
-        families.add(nri);
-        state.mech.manufacturer = kNri;
-        state.mech.mechType = model;
-        applyMechType(state.mech, state.messages);
-        EXPECT_TRUE(box.plugValidator(kNri, model));
-        link.startupPort();
+    explicit Bench(std::string_view model) {
+        state.app.folder = scratch.path;
+        plugIn(nri, model);
     }
-    ~Bench() { std::filesystem::remove_all(folder); }
-    Bench(const Bench&) = delete;
-    Bench& operator=(const Bench&) = delete;
 
     /// As a coinset run ends: old memory, then limits of its own for two channels.
     void prepare() {
@@ -93,12 +51,12 @@ TEST(NriOnTheBox, ASavedMemoryGoesIntoAnotherMech) {
         ASSERT_TRUE(bench.nri.programAndVerify()) << model;
         ASSERT_TRUE(bench.nri.readMemory()) << model;
         const std::string saved = bench.memory();
-        bench.prompts.chooseFile(bench.folder / "saved.txt");
+        bench.prompts.chooseFile(bench.scratch.path / "saved.txt");
         bench.nri.utilities().saveToFile();
 
         Bench other(model);
         EXPECT_NE(other.memory(), saved) << model;
-        other.prompts.chooseFile(bench.folder / "saved.txt");
+        other.prompts.chooseFile(bench.scratch.path / "saved.txt");
         other.prompts.expect("Confirm", Answer::ok);
         EXPECT_TRUE(other.nri.programmeFromFile()) << model;
         EXPECT_EQ(other.memory(), saved) << model;

@@ -73,7 +73,6 @@ class PseudoTerminalRoad : public ::testing::Test {
         if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
         bench("drop \"" + label("frmCoinMeasure1.lblDescription") + "\"");
     }
-    void click(const std::string& name) { widget<QAbstractButton>(name)->click(); }
     std::function<bool()> ready(const std::string& window) {
         return [this, window] { return program->idle() && visible(window); };
     }
@@ -83,7 +82,7 @@ class PseudoTerminalRoad : public ::testing::Test {
         writeFile("short.cst", coinset);
         return hands.when("main window", ready("frmMain"), std::move(start))
             .when("measurement window", ready("frmCoinMeasure1"),
-                  [this] { click("frmCoinMeasure1.cmdRunCoinset"); })
+                  [] { click("frmCoinMeasure1.cmdRunCoinset"); })
             .when(
                 "file dialog",
                 [] { return windowNamed("filePrompt") != nullptr && visible("filePrompt"); },
@@ -101,19 +100,20 @@ class PseudoTerminalRoad : public ::testing::Test {
     static int shownLimit(int box) {
         return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt();
     }
-    /// A mech with serial memory, from a coinset of its maker. `told` when it is programmed; then
-    /// the mech's memory holds `content()` in `cell`.
-    void programSerial(const std::string& model, const std::string& list, const std::string& button,
-                       const std::string& coinset, const std::string& told, int cell,
+    /// A mech with serial memory, from a coinset of its maker with this coin and slug. `told`
+    /// when it is programmed; then the mech's memory holds `content()` in `cell`.
+    void programSerial(std::string_view maker, const std::string& model, const std::string& items,
+                       const std::string& told, int cell,
                        const std::function<std::string()>& content) {
+        const bool nri = maker == kNri;
         startBox({"--model", QString::fromStdString(model), "--prom", "none"});
         measure(
-            [this, model, list, button] {
-                choose("frmMain." + list, model);
-                click("frmMain." + button);
+            [model, nri] {
+                choose(nri ? "frmMain.cmbNRImech" : "frmMain.cmbCCmech", model);
+                click(nri ? "frmMain.cmdNRIprog" : "frmMain.cmdCCprog");
             },
-            coinset)
-            .when("limits window", ready("frmPROM"), [this] { click("frmPROM.cmdProgPROM"); })
+            std::string(maker) + "." + model + ",\"Short\",SHORT,1.0\r\n\r\n" + items)
+            .when("limits window", ready("frmPROM"), [] { click("frmPROM.cmdProgPROM"); })
             .answer(told, QMessageBox::Ok);
         play();
         EXPECT_TRUE(hands.done());
@@ -125,41 +125,14 @@ class PseudoTerminalRoad : public ::testing::Test {
         EXPECT_NE(answer.find(expected), std::string::npos) << answer;
         EXPECT_EQ(answer.find("error"), std::string::npos) << answer;
     }
-    /// `word` holds the first window of the first channel.
+    /// The first window of the first channel is one word.
     void programCc(const std::string& model, int word) {
-        programSerial(model, "cmbCCmech", "cmdCCprog",
-                      "CC." + model +
-                          ",\"Short\",SHORT,1.0\r\n\r\n"
-                          "CD,5 Pell,01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
-                          "S,Steel Washer,3,2,40,2,40,2,40\r\n",
+        programSerial(kCoinControls, model,
+                      "CD,5 Pell,01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
+                      "S,Steel Washer,3,2,40,2,40,2,40\r\n",
                       "EEPROM Verified OK", word, [] {
                           return hex(static_cast<unsigned>(shownLimit(1) * 256 + shownLimit(0)), 4);
                       });
-    }
-    /// `block` holds the windows of the first channel: hexadecimal pairs of high and low, or the
-    /// highs and then the lows in decimal.
-    void programNri(const std::string& model, int parameters, int block, bool decimal) {
-        std::string coin = "CD,5 Pell,Coin 01,4";
-        std::string slug = "S,Steel Washer,3";
-        for (int p = 0; p < parameters; ++p) {
-            coin += ",3,-2,3,2,40";
-            slug += ",2,40";
-        }
-        programSerial(
-            model, "cmbNRImech", "cmdNRIprog",
-            "NRI." + model + ",\"Short\",SHORT,1.0\r\n\r\n" + coin + "\r\n" + slug + "\r\n",
-            "NRI Memory Programmed OK", block, [parameters, decimal] {
-                std::string pairs, highs, lows;
-                for (int i = 0; i < 2 * parameters; i += 2) {
-                    const int low = shownLimit(i);
-                    const int high = shownLimit(i + 1);
-                    pairs +=
-                        hex(static_cast<unsigned>(high), 2) + hex(static_cast<unsigned>(low), 2);
-                    highs += padded(high, 3);
-                    lows += padded(low, 3);
-                }
-                return decimal ? highs + lows : pairs;
-            });
     }
 
     QTemporaryDir directory;
@@ -180,11 +153,11 @@ class PseudoTerminalRoad : public ::testing::Test {
 
 TEST_F(PseudoTerminalRoad, ProgramsAnMe111OverTheRealSerialPort) {
     startBox({"--model", "ME111", "--prom", "none"});
-    measure([this] { click("frmMain.cmdMars"); },
+    measure([] { click("frmMain.cmdMars"); },
             "Mars.ME111,\"Short\",SHORT,1.0\r\n1K,1,0,0,0,264,344,172,252,458,538\r\n"
             "CD,5 Pell,A1,4,3,-2,3,2,20,3,-2,3,2,20,3,-4,3,4,20\r\n"
             "S,Steel Washer,3,2,20,2,20,3,20\r\n")
-        .when("limits window", ready("frmPROM"), [this] { click("frmPROM.cmdProgPROM"); })
+        .when("limits window", ready("frmPROM"), [] { click("frmPROM.cmdProgPROM"); })
         .when(
             "load prompt", [] { return box("BOTH SWITCHES ON") != nullptr; },
             [this] {
@@ -220,12 +193,18 @@ TEST_F(PseudoTerminalRoad, ProgramsASentinelOverTheRealSerialPort) {
     programCc("Sentinel", 0);
 }
 
-TEST_F(PseudoTerminalRoad, ProgramsAG18_3000OverTheRealSerialPort) {
-    programNri("G18-3000", 6, 4, false);
-}
-
 TEST_F(PseudoTerminalRoad, ProgramsAG13_0000OverTheRealSerialPort) {
-    programNri("G13-0000", 4, 1, true);
+    programSerial(kNri, "G13-0000",
+                  "CD,5 Pell,Coin 01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"
+                  "S,Steel Washer,3,2,40,2,40,2,40,2,40\r\n",
+                  "NRI Memory Programmed OK", 1, [] {
+                      std::string highs, lows;
+                      for (int i = 0; i < 8; i += 2) {
+                          lows += padded(shownLimit(i), 3);
+                          highs += padded(shownLimit(i + 1), 3);
+                      }
+                      return highs + lows;
+                  });
 }
 
 }  // namespace

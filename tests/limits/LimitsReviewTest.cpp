@@ -2,60 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
+#include "FakeLimitsDisplay.h"
 #include "LinkWorld.h"
+#include "QuietFamily.h"
 
 namespace vantor {
 namespace {
 
 using test::LinkWorld;
 
-/// The limits window as a table of texts. Like the real one it tells the state about the
-/// technician's edits only.
-class FakeWindow final : public LimitsDisplay {
-  public:
-    LimitsLayout layout;
-    int chosen = -1;
-    bool validatorTest = false;
-    std::map<int, std::string> heads;
-    std::map<std::pair<int, int>, std::string> limits, slugLimits;
-    std::map<int, std::uint32_t> rowColours, slugColours;
-    std::map<int, std::string> acceptance, rejection;
-
-    void layOut(const LimitsLayout& given) override {
-        *this = FakeWindow();
-        layout = given;
-    }
-    void showLimitsWindow() override {}
-    void hideLimitsWindow() override {}
-    void chooseSegment(int segment) override { chosen = segment; }
-    void setRowHead(int row, const std::string& text) override { heads[row] = text; }
-    void setLimit(int row, int column, const std::string& text) override {
-        limits[{row, column}] = text;
-    }
-    [[nodiscard]] std::string limitText(int row, int column) const override {
-        return limits.at({row, column});
-    }
-    void setSlugLimit(int slug, int column, const std::string& text) override {
-        slugLimits[{slug, column}] = text;
-    }
-    void clearColours() override {
-        rowColours.clear();
-        slugColours.clear();
-    }
-    void colourRow(int row, std::uint32_t rgb) override { rowColours[row] = rgb; }
-    void colourSlug(int slug, std::uint32_t rgb) override { slugColours[slug] = rgb; }
-    void setAcceptance(int row, const std::string& text) override { acceptance[row] = text; }
-    void setRejection(int slug, const std::string& text) override { rejection[slug] = text; }
-    void enableValidatorTest(bool enabled) override { validatorTest = enabled; }
-};
-
 /// A family that only counts what it is asked for.
-class FakeFamily final : public MechFamily {
+class CountingFamily final : public test::QuietFamily {
   public:
     SessionState& state;
-    std::string maker;
     FamilyLook itsLook;
     LimitRules rules;
     bool twoSegments = false;
@@ -65,21 +24,14 @@ class FakeFamily final : public MechFamily {
     int programmed = 0;
     std::vector<bool> changeFlags;  ///< as they stood at each rebuild
 
-    FakeFamily(SessionState& given, std::string_view code) : state(given), maker(code) {
+    CountingFamily(SessionState& given, std::string_view code) : QuietFamily(code), state(given) {
         itsLook.promSocket = code == kMars;
         rules.capacity = code == kMars ? 4095 : 255;
         rules.displayedSegmentOnly = code == kMars;
     }
-    [[nodiscard]] std::string_view code() const override { return maker; }
     [[nodiscard]] FamilyLook look() const override { return itsLook; }
     [[nodiscard]] LimitRules limitRules() const override { return rules; }
-    [[nodiscard]] CoinsetRules coinsetRules() const override { return {}; }
     [[nodiscard]] bool twoSegmentProm() const override { return twoSegments; }
-    void enableCoinData(int) override {}
-    void disableCoinData() override {}
-    bool readMemory() override { return true; }
-    void readOldMemory() override {}
-    void copyOldMemoryData() override {}
     void rebuildImage() override {
         ++rebuilds;
         changeFlags.push_back(state.limits.changeFlag);
@@ -92,8 +44,8 @@ class FakeFamily final : public MechFamily {
 };
 
 struct LimitsWorld : LinkWorld {
-    FakeWindow window;
-    FakeFamily family;
+    test::FakeLimitsDisplay window;
+    CountingFamily family;
     LimitsReview review{state, link, families, prompts, errors, window};
 
     LimitsWorld(std::string_view maker, std::string_view model) : family(state, maker) {

@@ -137,22 +137,5 @@ TEST(ProgrammerLink, TheCoinDisplayIsResetOnceWhenItsHoldHasRunOut) {
     EXPECT_EQ(resets, 1);
 }
 
-TEST(ProgrammerLink, TheKeepAliveRepeatsTheCoinRequestWhileCoinsAreExpected) {
-    LinkWorld world;
-    world.select(kCoinControls, "335");
-    world.state.link.keepAliveCounter = 10;
-    world.state.gather.coinsRemaining = 1;
-    world.link.setKeepAlive(true);
-    world.loop.advance(std::chrono::milliseconds(10'900));
-    EXPECT_EQ(world.port.sent, "");
-    world.loop.advance(std::chrono::milliseconds(200));
-    EXPECT_EQ(world.port.sent, "\xFF\xFF");
-    world.loop.advance(std::chrono::seconds(6));
-    EXPECT_EQ(world.port.sent, "\xFF\xFF\xFF\xFF");
-    world.select(kCoinControls, "435");
-    world.loop.advance(std::chrono::seconds(20));
-    EXPECT_EQ(world.port.sent.size(), 4U);
-}
-
 }  // namespace
 }  // namespace vantor

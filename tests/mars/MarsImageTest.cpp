@@ -100,33 +100,6 @@ MechImage oldImage() {
     return image;
 }
 
-int limitAt(const MechImage& image, int cell) {
-    return image[cell] + 16 * image[cell + 1] + 256 * image[cell + 2];
-}
-
-TEST(MarsTakeOver, ReadsTheSourceChannelOfTheModelsLayout) {
-    struct Case {
-        const char* model;
-        int source;
-        int thicknessLow;  ///< address of the first nibble
-        int materialHigh;
-    };
-    for (const Case& c :
-         {Case{"ME111", 1, 1, 76}, Case{"ME111", 9, 141, 216}, Case{"ME111", -24, 415, 490},
-          Case{"ME181", 1, 129, 204}, Case{"ME181", 12, 415, 490}}) {
-        MarsWorld world(c.model, 1);
-        world.state.images.carryOver = oldImage();
-        world.state.coinset.oldChannelSource[2] = c.source;
-        world.setLimits(3, {1, 2, 3, 4, 5, 6});
-        world.mars.copyOldMemoryData();
-        const auto limits = world.limitsOf(2);
-        EXPECT_EQ(limits[0], limitAt(oldImage(), c.thicknessLow)) << c.model << c.source;
-        EXPECT_EQ(limits[5], limitAt(oldImage(), c.materialHigh)) << c.model << c.source;
-        EXPECT_EQ(world.limitsOf(3), (std::array<int, 6>{1, 2, 3, 4, 5, 6}));
-        EXPECT_TRUE(world.prompts.asked.empty()) << world.textsAsked();
-    }
-}
-
 TEST(MarsTakeOver, ASourceThatTheOldPromLacksIsToldAndChangesNothing) {
     struct Case {
         const char* model;

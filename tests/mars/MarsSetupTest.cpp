@@ -12,25 +12,6 @@ constexpr const char* kPresent = "C00030 00020 00150 00100 00 V1.95\r";
 constexpr const char* kAbsent = "N00030 00020 00150 00100 00 V1.95\r";
 constexpr const char* kWrong = "C00030 00020 00150 01000 00 V1.95\r";
 
-TEST(MarsTimings, AreSentOnceWhenTheBoxTakesThem) {
-    struct Case {
-        const char* model;
-        const char* status;
-        const char* sent;
-    };
-    for (const Case& c :
-         {Case{"ME111", kPresent, "Z030020150100\rS"},
-          Case{"never seen", kPresent, "Z030020150100\rS"},
-          Case{"MS1000", "C00150 00150 00150 00425 00 V1.95\r", "Z150150150425\rS"},
-          Case{"MS1400", "N00150 00150 00150 00425 00 V1.95\r", "C02Z150150150425\rS"}}) {
-        MarsWorld world(c.model);
-        world.port.answer("S", c.status);
-        world.mars.setupMarsTimings(c.model);
-        EXPECT_EQ(world.port.sent, c.sent);
-        EXPECT_TRUE(world.prompts.asked.empty()) << world.textsAsked();
-    }
-}
-
 TEST(MarsTimings, AreTriedSixTimesAndThenTold) {
     MarsWorld world("MS1400");
     world.port.answer("S", kWrong);
@@ -89,18 +70,6 @@ TEST(MarsCheck, AsksOnceMoreBeforeItGivesUpOnAValidator) {
     }
 }
 
-TEST(MarsRun, BeginsWithTimingsAndCoinDataOff) {
-    for (const auto& [model, sent] : {std::pair{"ME111", "Z030020150100\rSMI"},
-                                      std::pair{"ME181", "Z030020150100\rSMIWCFDJ"}}) {
-        MarsWorld world(model);
-        world.port.answer("S", kPresent);
-        world.mars.startRun();
-        world.mars.enableCoinData(1);
-        world.mars.disableCoinData();
-        EXPECT_EQ(world.port.sent, std::string(sent) + "NI");
-    }
-}
-
 TEST(MarsRun, CancelEndsEveryWaitOfItsBeginning) {
     struct Case {
         const char* name;
@@ -122,22 +91,6 @@ TEST(MarsRun, CancelEndsEveryWaitOfItsBeginning) {
         EXPECT_EQ(world.port.sent, c.sent) << c.name;
         EXPECT_LE(world.ms(), c.afterMs + 20) << c.name;
         EXPECT_TRUE(world.prompts.asked.empty()) << c.name;
-    }
-}
-
-TEST(MarsWizard, KeepsWhatTheOldPromHolds) {
-    struct Case {
-        const char* model;
-        int promSizeCode;
-        int lastKept;
-    };
-    for (const Case& c : {Case{"ME111", 0, 12}, Case{"ME111", 1, 24}, Case{"MS1000", 1, 24},
-                          Case{"ME181", 1, 12}, Case{"ME181", 0, 12}}) {
-        MarsWorld world(c.model, c.promSizeCode);
-        for (int channel = 1; channel <= kChannels; ++channel) {
-            EXPECT_EQ(world.mars.keepsChannel(channel), channel <= c.lastKept)
-                << c.model << c.promSizeCode << " channel " << channel;
-        }
     }
 }
 

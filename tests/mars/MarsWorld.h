@@ -5,23 +5,10 @@
 #include <vector>
 
 #include "LinkWorld.h"
+#include "RecordedProgress.h"
 #include "mars/MarsFamily.h"
 
 namespace vantor::test {
-
-/// Writes down what the progress window is told.
-class RecordedProgress final : public ProgressDisplay {
-  public:
-    std::vector<std::string> told;
-
-    void openProgress(const std::string& caption, const std::string& title,
-                      bool withSegment) override {
-        told.push_back("open " + caption + "|" + title + (withSegment ? "|segment" : ""));
-    }
-    void showProgress(int value) override { told.push_back("bar " + std::to_string(value)); }
-    void showSegment(int segment) override { told.push_back("segment " + std::to_string(segment)); }
-    void closeProgress() override { told.push_back("close"); }
-};
 
 /// The socket of the box with a PROM in it. Knobs at the top.
 class PromSocket {

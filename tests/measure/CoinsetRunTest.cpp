@@ -56,8 +56,8 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     EXPECT_FALSE(std::filesystem::exists(folder / "log.csv.tmp"));
     EXPECT_TRUE(limitsDisplay.visible);
     EXPECT_FALSE(display.visible);
-    EXPECT_EQ(limitsDisplay.firstRow, "1000;1002;1499;1501;2200;2202;");
-    EXPECT_EQ(limitsDisplay.firstSlug, " 897; 903; 1396; 1404; 2095; 2105;");
+    EXPECT_EQ(limitsDisplay.firstRow(), "1000;1002;1499;1501;2200;2202;");
+    EXPECT_EQ(limitsDisplay.firstSlug(), " 897; 903; 1396; 1404; 2095; 2105;");
     EXPECT_TRUE(prompts.told("Gathered Coin Ten"));
     EXPECT_EQ(prompts.asked.back().title, "Complete");
     EXPECT_EQ(state.coinTable.itemStats[0][5], 1.0F) << "lower spread of the third parameter";
@@ -93,7 +93,7 @@ TEST_F(CoinsetRun, ReferenceCoinsGiveTheirMeansToLinkedChannels) {
         "CR,Linked,A1,R05,-6,R05,7,20,R05,0,R05,0,20,R05,-9000,R05,9000,20\r\n"
         "CR,Lost,B1,R07,0,R07,0,0,R07,0,R07,0,0,R07,0,R07,0,0\r\n"
         "CR,Lost,C1,R07,0,R07,0,0,R07,0,R07,0,0,R07,0,R07,0,0\r\n");
-    EXPECT_EQ(limitsDisplay.firstRow, "195;208;300;300;0;4095;");
+    EXPECT_EQ(limitsDisplay.firstRow(), "195;208;300;300;0;4095;");
     EXPECT_EQ(state.limits.channelLimits[2], state.limits.channelLimits[24]);
     EXPECT_TRUE(prompts.told("no channel \"R13\""));
     EXPECT_TRUE(prompts.told("Channel 2: reference coin was not measured"));
@@ -130,7 +130,7 @@ TEST_F(CoinsetRun, FliersAreDroppedAgainOrKeptAsTheTechnicianSays) {
         port.answer("N", drops(1));
         run(coin);
         EXPECT_EQ(port.sent, accept ? "J<run>YNINIW" : "J<run>YNIW");
-        EXPECT_EQ(limitsDisplay.firstRow.substr(0, 10), accept ? "1000;1000;" : "1050;1050;");
+        EXPECT_EQ(limitsDisplay.firstRow().substr(0, 10), accept ? "1000;1000;" : "1050;1050;");
         EXPECT_TRUE(prompts.scriptDone());
         port.forget("N");
     }

@@ -4,23 +4,26 @@
 #include <cstdio>
 #include <fstream>
 
-#include "FakeDisplays.h"
+#include "FakeLimitsDisplay.h"
+#include "FakeMeasureDisplay.h"
 #include "LinkWorld.h"
+#include "QuietFamily.h"
+#include "ScratchFolder.h"
 #include "measure/MeasureFlows.h"
 #include "platform/Files.h"
 
 namespace vantor::test {
 
 /// A mech with a PROM socket and three parameters whose conversation is short enough to read.
-class FakeFamily final : public MechFamily {
+class FakeFamily final : public QuietFamily {
   public:
-    FakeFamily(SessionState& state, ProgrammerLink& link) : state_(state), link_(link) {}
+    FakeFamily(SessionState& state, ProgrammerLink& link)
+        : QuietFamily(kMars), state_(state), link_(link) {}
 
     // --- knobs
     CoinsetRules rules{.promLine = true, .alwaysReadsOldMemory = false};
     bool cloned = true;
     bool throwInStartRun = false;
-    std::string_view maker = kMars;
     WizardPanel panel;
     int keptChannels = kChannels;
     int capacity = 4095;
@@ -31,7 +34,6 @@ class FakeFamily final : public MechFamily {
     std::vector<std::string> calls;
     WizardInputs wizard;  ///< what the last wizard started with
 
-    [[nodiscard]] std::string_view code() const override { return maker; }
     [[nodiscard]] FamilyLook look() const override { return {.name = "Fake", .promSocket = true}; }
     [[nodiscard]] LimitRules limitRules() const override { return {.capacity = capacity}; }
     [[nodiscard]] CoinsetRules coinsetRules() const override { return rules; }
@@ -65,13 +67,11 @@ class FakeFamily final : public MechFamily {
         calls.emplace_back("clone");
         return cloned;
     }
-    bool readMemory() override { return true; }
     void readOldMemory() override { calls.emplace_back("read old"); }
     void copyOldMemoryData() override { calls.emplace_back("copy old"); }
     void rebuildImage() override {
         calls.emplace_back(state_.limits.changeFlag ? "rebuild changed" : "rebuild");
     }
-    bool programAndVerify() override { return true; }
 
     [[nodiscard]] long called(const std::string& call) const {
         return std::ranges::count(calls, call);
@@ -96,7 +96,8 @@ inline std::string drops(int count, int a = 1000, int b = 1500, int c = 2200) {
 
 /// The measurement floor on a fake mech and a fake port in virtual time.
 struct MeasureWorld : LinkWorld {
-    std::filesystem::path folder;
+    ScratchFolder scratch;
+    std::filesystem::path folder = scratch.path;
     FakeFamily family{state, link};
     FakeMeasureDisplay display;
     FakeLimitsDisplay limitsDisplay;
@@ -104,11 +105,6 @@ struct MeasureWorld : LinkWorld {
     MeasureFlows flows{{state, link, families, prompts, errors, display, limits, limitsDisplay}};
 
     MeasureWorld() {
-        folder = std::filesystem::path(::testing::TempDir()) /
-                 ("measure-" +
-                  std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
         state.app.folder = folder;
         families.add(family);
         select(kMars, "ME111");
@@ -117,7 +113,6 @@ struct MeasureWorld : LinkWorld {
         };
         port.answer("Y", "Y   100   200   300\r");
     }
-    ~MeasureWorld() { std::filesystem::remove_all(folder); }
 
     static constexpr const char* kHead =
         "Mars.ME111,\"Coins, new\",REF0123,V123\r\n2K,1,0,0,0,90,110,190,210,290,310\r\n";

@@ -33,7 +33,7 @@ TEST_F(TransferTest, CoinsOfOneChannelWidenItAndTheSeventhIsRefused) {
     item(1, 1, 1, 4000);
     item(1, 2, 7, 8);
     flows.PROMxfr();
-    EXPECT_EQ(limitsDisplay.firstRow, "95;140;0;0;0;0;");
+    EXPECT_EQ(limitsDisplay.firstRow(), "95;140;0;0;0;0;");
     EXPECT_EQ(state.limits.channelCoins[1].count, 6);
     EXPECT_EQ(state.limits.channelCoins[1].rows[3], 3);
     EXPECT_EQ(state.limits.channelLimits[2][2], 8);
@@ -41,7 +41,7 @@ TEST_F(TransferTest, CoinsOfOneChannelWidenItAndTheSeventhIsRefused) {
     // Again, as Restore Limits does: the same limits from the unchanged table.
     state.limits.channelLimits[1][1] = 1;
     flows.PROMxfr();
-    EXPECT_EQ(limitsDisplay.firstRow, "95;140;0;0;0;0;");
+    EXPECT_EQ(limitsDisplay.firstRow(), "95;140;0;0;0;0;");
     EXPECT_EQ(state.limits.channelCoins[1].count, 6);
 }
 
@@ -120,7 +120,7 @@ TEST_F(TransferTest, TheLowestSelectedSegmentIsShownAndOneIsAlwaysSelected) {
         flows.chooseSegments(c.selected);
         state.limits.limitsEdited = true;
         flows.PROMxfr();
-        EXPECT_EQ(limitsDisplay.segment, c.shown);
+        EXPECT_EQ(limitsDisplay.chosen, c.shown);
         EXPECT_EQ(state.limits.selectedSegment, c.shown);
         EXPECT_TRUE(state.prom.segmentSelected[c.shown]);
         EXPECT_FALSE(state.limits.limitsEdited || state.limits.changeFlag);

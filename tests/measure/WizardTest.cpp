@@ -27,19 +27,6 @@ struct Wizard : ::testing::Test, MeasureWorld {
     }
 };
 
-TEST_F(Wizard, ThePanelLocksTheOtherControlsUntilItsCancel) {
-    family.panel = {.coinCaption = 426, .coinValue = true};
-    flows.CoinInitialise(0);
-    display.events.clear();
-    flows.openWizards();
-    EXPECT_TRUE(display.wizardPanel && display.shownPanel.coinValue);
-    EXPECT_EQ(display.events, std::vector<std::string>{"lists"});
-    EXPECT_FALSE(display.runEnabled || display.backEnabled || display.promChoicesEnabled);
-    EXPECT_EQ(display.backCaption, 445);
-    flows.cancelWizards();
-    expectReady();
-}
-
 TEST_F(Wizard, AddReplaceMeasuresOneChannelAndKeepsTheOthers) {
     display.log = true;
     display.coinValue = "25";
@@ -107,22 +94,8 @@ TEST_F(Wizard, SlugFixStoresTheCoinsStatisticsAndTheSlugsLimits) {
     EXPECT_EQ(row(1), "2 9 898 902 1398 1402 2098 2102 0 ");
     EXPECT_EQ(state.coinset.oldChannelSource[9], -9);
     EXPECT_EQ(state.coinset.oldChannelSource[8], 8);
-    EXPECT_EQ(limitsDisplay.firstSlug, " 898; 902; 1398; 1402; 2098; 2102;");
+    EXPECT_EQ(limitsDisplay.firstSlug(), " 898; 902; 1398; 1402; 2098; 2102;");
     EXPECT_EQ(state.coinset.version, "3");
-    expectReady();
-}
-
-TEST_F(Wizard, EditLimitsMeasuresNothing) {
-    run(WizardMode::editLimits);
-    EXPECT_EQ(asked(), "");
-    EXPECT_EQ(port.sent, "<run>JW");
-    EXPECT_EQ(family.called("read old"), 1);
-    for (int channel = 1; channel <= kChannels; ++channel) {
-        EXPECT_EQ(state.coinset.oldChannelSource[channel], channel);
-    }
-    EXPECT_EQ(state.item.nextItem, 0);
-    EXPECT_EQ(state.coinset.version, "1");
-    EXPECT_TRUE(limitsDisplay.visible);
     expectReady();
 }
 
@@ -139,76 +112,6 @@ TEST_F(Wizard, ForgetsTheRunBefore) {
     EXPECT_EQ(state.nriNew.newCoinValue[1] * 10 + state.nriNew.valueMultiplier, 1);
     EXPECT_EQ(state.coinset.title, "");
     EXPECT_EQ(family.called("copy old"), 0) << "the old memory is another one";
-}
-
-TEST_F(Wizard, CancelEndsEveryStepAtOnce) {
-    const auto cancelSoon = [this] {
-        loop.callAfter(std::chrono::milliseconds(100), [this] { flows.backButton(); });
-    };
-    struct Case {
-        const char* name;
-        bool withLog;
-        const char* box;  ///< the cancel comes 100 ms after this box; nullptr = at the start
-        int enabled;      ///< gathers begun
-        const char* sent;
-        int stored;
-    };
-    const Case cases[] = {
-        {"sensor timings", false, nullptr, 0, "<run>WM", 0},
-        {"idle values", true, nullptr, 0, "<run>JYWM", 0},
-        {"coin drops", false, "Start Coin Drop", 1, "<run>JNIWM", 0},
-        {"slug drops", false, "Start Slug Drop", 2, "<run>JNINIWM", 1},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        family.calls.clear();
-        const bool atStart = c.box == nullptr && !c.withLog;
-        family.whileRunStarts = [&] {
-            if (c.box == nullptr) cancelSoon();
-            if (atStart) link.waitFor(5000, state.gather.abortFlag);
-        };
-        display.log = c.withLog;
-        if (c.withLog) prompts.chooseFile(folder / "log.csv");
-        port.forget("Y");
-        port.forget("N");
-        if (c.enabled == 2) {
-            port.answer("N", drops(20));
-            port.answer("N", "");
-        }
-        const double start = ms();
-        double cancelled = start;
-        if (c.box != nullptr) {
-            prompts.expect(c.box, Answer::ok, [&] {
-                cancelSoon();
-                cancelled = ms();
-            });
-        }
-        run(WizardMode::slugFix);
-        EXPECT_EQ(port.sent, c.sent);
-        EXPECT_LE(ms() - cancelled, 101);
-        EXPECT_EQ(std::ranges::count(family.calls, "enable 9"), c.enabled);
-        EXPECT_EQ(state.item.nextItem, c.stored);
-        EXPECT_EQ(family.called("read old") + family.called("rebuild"), 0);
-        EXPECT_FALSE(limitsDisplay.visible);
-        EXPECT_TRUE(display.visible);
-        EXPECT_EQ(display.caption, "Capture Measurements : ");
-        EXPECT_TRUE(prompts.scriptDone());
-        expectReady();
-        std::filesystem::remove(folder / "log.csv");
-    }
-}
-
-TEST_F(Wizard, ARefusedLogEndsItWithEveryControlBack) {
-    display.log = true;
-    prompts.chooseFile(std::nullopt);
-    run(WizardMode::addReplace);
-    EXPECT_EQ(port.sent, "<run>W");
-    EXPECT_EQ(family.calls, std::vector<std::string>{});
-    EXPECT_EQ(asked(), "");
-    EXPECT_EQ(display.code + display.caption, "Capture Measurements : ");
-    EXPECT_EQ(state.coinset.referenceCode, "");
-    EXPECT_FALSE(limitsDisplay.visible);
-    expectReady();
 }
 
 TEST_F(Wizard, WhatTheFamilyRefusesIsNotTransferred) {

@@ -258,13 +258,5 @@ TEST(NriWizards, CoinValuesMustFitTheMech) {
     EXPECT_EQ(tubes.state.nri.next.coinValues[13], 1) << "tube values stay";
 }
 
-TEST(NriWizards, AnIncompleteReadEndsThem) {
-    NriWizard world("G40-0000");
-    world.mech.silentTo = {"X12"};
-    EXPECT_FALSE(world.start(WizardMode::editLimits, 10));
-    EXPECT_EQ(world.asked(), "Error: Error Reading NRI Memory Address : X12\n");
-    EXPECT_FALSE(world.state.images.oldMemoryRead);
-}
-
 }  // namespace
 }  // namespace vantor

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <map>
 #include <set>
@@ -10,24 +8,12 @@
 #include <vector>
 
 #include "LinkWorld.h"
+#include "RecordedProgress.h"
+#include "ScratchFolder.h"
 #include "catalogue/Text.h"
 #include "nri/NriFamily.h"
 
 namespace vantor::test {
-
-class NriProgress final : public ProgressDisplay {
-  public:
-    std::vector<std::string> told;
-    bool open = false;
-
-    void openProgress(const std::string& caption, const std::string& title, bool) override {
-        open = true;
-        told.push_back(caption + "|" + title);
-    }
-    void showProgress(int value) override { told.push_back(std::to_string(value)); }
-    void showSegment(int) override {}
-    void closeProgress() override { open = false; }
-};
 
 struct FixedCalendar final : Calendar {
     Date day{2026, 11, 9};
@@ -116,14 +102,15 @@ class ScriptedMech {
 
 /// The NRI family on a fake port in virtual time, with a mech behind the box.
 struct NriWorld : LinkWorld {
-    NriProgress progress;
+    RecordedProgress progress;
     FixedCalendar calendar;
     ScriptedMech mech;
     int probes = 0;
     bool interfaceAnswers = false;
     std::string interfaceVersion = "I0.0";
     std::string readings;  ///< handed over, "1 2 3;"
-    std::filesystem::path folder;
+    ScratchFolder scratch;
+    std::filesystem::path folder = scratch.path;
     NriFamily nri{
         state,
         link,
@@ -138,8 +125,6 @@ struct NriWorld : LinkWorld {
     explicit NriWorld(std::string_view model) {
         select(kNri, model);
         families.add(nri);
-        folder = std::filesystem::temp_directory_path() /
-                 ("nri-" + std::to_string(::getpid()) + "-" + std::to_string(++count()));
         std::filesystem::create_directories(folder / "CoinSets");
         state.app.folder = folder;
         mech.handshake = nriModel(model).handshake;
@@ -153,10 +138,6 @@ struct NriWorld : LinkWorld {
             readings += ";";
         };
     }
-    ~NriWorld() { std::filesystem::remove_all(folder); }
-    NriWorld(const NriWorld&) = delete;
-    NriWorld& operator=(const NriWorld&) = delete;
-
     /// What was sent, runs of ESC as <n esc>.
     [[nodiscard]] std::string transcript() const {
         std::string text;
@@ -186,10 +167,6 @@ struct NriWorld : LinkWorld {
         "Check Coin Mech Type and Connections\n";
 
   private:
-    static int& count() {
-        static int worlds = 0;
-        return worlds;
-    }
     bool probe() {
         ++probes;
         EXPECT_EQ(state.mech.manufacturer + "." + state.mech.mechType, "CC.Sentinel");

@@ -178,19 +178,6 @@ TEST_F(PlayerTest, ReadsTheColourThatTheProgramGave) {
     EXPECT_TRUE(printed("text=\"\"  enabled=yes  visible=yes  colour=#ffff00")) << output;
 }
 
-TEST_F(PlayerTest, PrintsAllControlsSortedByName) {
-    EXPECT_EQ(play("print frmTiny"), 0);
-    std::vector<std::size_t> places;
-    for (const char* name :
-         {"frmTiny  text=\"Tiny\"", "frmTiny.chkLog", "frmTiny.cmbMech", "frmTiny.cmdGo",
-          "frmTiny.cmdOff", "frmTiny.lblState", "frmTiny.tabMaker", "frmTiny.txtProm_10"}) {
-        places.push_back(output.find(name));
-        EXPECT_NE(places.back(), std::string::npos) << name;
-    }
-    EXPECT_TRUE(std::ranges::is_sorted(places)) << output;
-    EXPECT_FALSE(printed("qt_"));
-}
-
 TEST_F(PlayerTest, GoesOnAfterAFailedExpectationOnly) {
     EXPECT_EQ(play("expect frmTiny.lblState busy\nexpect frmTiny.lblState idle\nbench expect-no"),
               1);
@@ -229,19 +216,6 @@ TEST_F(PlayerTest, EndsAtWhatCannotBeDone) {
         EXPECT_TRUE(printed("FAILED: " + c.problem + "\n")) << c.command << '\n' << output;
         EXPECT_FALSE(printed("2: ")) << output;
     }
-}
-
-TEST_F(PlayerTest, ReadsOnWhileAFlowWaits) {
-    flow = [this] {
-        window.label.setText("waiting");
-        waitInFlow(milliseconds(500));
-        window.label.setText("done");
-    };
-    EXPECT_EQ(play("click frmTiny.cmdGo\nexpect frmTiny.lblState waiting\n"
-                   "await frmTiny.lblState done 600\nawait-idle 10"),
-              0)
-        << output;
-    EXPECT_TRUE(printed("3: await frmTiny.lblState done 600  -> ok after 500 ms")) << output;
 }
 
 TEST_F(PlayerTest, AwaitIdleTellsARunningFlow) {

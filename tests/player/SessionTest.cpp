@@ -209,29 +209,5 @@ await-idle 20000
         << out.str();
 }
 
-// The start-up waits for the technician: the script has to mind it.
-TEST_F(SessionTest, PlaysTheStartUpWithASilentBox) {
-    EXPECT_EQ(playText("bench silent on\nawait-visible frmOpening.cmdRetry 20000\n"
-                       "expect-visible frmMain no\nshot silent.png\nbench silent off\n"
-                       "click frmOpening.cmdRetry\nawait-visible frmMain 20000\nawait-idle 5000\n"
-                       "click frmMain.cmdExit"),
-              kAllHeld)
-        << out.str();
-}
-
-TEST_F(SessionTest, ACancelledRunCanBeginAgain) {
-    EXPECT_EQ(
-        playText("click frmMain.cmdMars\nawait-visible frmCoinMeasure1 9000\nawait-idle 9000\n"
-                 "file ME111-Dorin.cst\nclick frmCoinMeasure1.cmdRunCoinset\n"
-                 "await-prompt 'Press YES' 9000\nanswer yes 'Press YES'\nsleep 500\n"
-                 "click frmCoinMeasure1.cmdBack\nawait-idle 9000\n"
-                 "expect-enabled frmCoinMeasure1.cmdRunCoinset yes\n"
-                 "click frmCoinMeasure1.cmdRunCoinset\nfile cancel\nawait-idle 9000\n"
-                 "print frmBench.lblProm"),
-        kAllHeld)
-        << out.str();
-    EXPECT_TRUE(said("frmBench.lblProm  text=\"Inserted: Vantor E+1 2K\"")) << out.str();
-}
-
 }  // namespace
 }  // namespace vantor::player

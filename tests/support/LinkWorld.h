@@ -11,10 +11,11 @@
 
 namespace vantor::test {
 
-/// The link floor on a fake port in virtual time, port open, ticks running.
-struct LinkWorld {
-    VirtualEventLoop loop;
-    FakePort port{loop};
+/// The link floor on a line (a loop in virtual time and a port), ticks running.
+template <class Line>
+struct LinkOn : Line {
+    using Line::loop;
+    using Line::port;
     ScriptedPrompts prompts;
     SessionState state;
     ErrorReporter errors{state.messages, prompts};
@@ -23,11 +24,10 @@ struct LinkWorld {
     Families families{state};
     MechCheck check{state, link, families, prompts, errors};
 
-    LinkWorld() {
+    LinkOn() {
         link.setByteHandler([this](std::uint8_t byte) { receiver.handleByte(byte); });
         link.setCoinDisplayReset([this] { receiver.resetValtestDisplay(); });
         link.startTicks();
-        link.openPort(1);
     }
 
     void select(std::string_view maker, std::string_view model) {
@@ -40,6 +40,16 @@ struct LinkWorld {
     void feed(std::string_view bytes) {
         for (const char c : bytes) receiver.handleByte(static_cast<std::uint8_t>(c));
     }
+};
+
+struct FakeLine {
+    VirtualEventLoop loop;
+    FakePort port{loop};
+};
+
+/// On a fake port, which is open.
+struct LinkWorld : LinkOn<FakeLine> {
+    LinkWorld() { link.openPort(1); }
 };
 
 inline std::string escapes(int count) {

@@ -48,29 +48,6 @@ TEST_F(MainWindowTest, NothingIsOfferedBeforeTheStartUpIsOver) {
     EXPECT_TRUE(enabled("frmMain.cmdMars"));
 }
 
-TEST_F(MainWindowTest, ProgramMechOpensTheMeasurementWindowAndBackReturns) {
-    whenReady([] {
-        choose("frmMain.cmbMarsMech", "ME181");
-        click("frmMain.cmdMars");
-    });
-    hands.when(
-        "the measurement window", [this] { return visible("frmCoinMeasure1") && program->idle(); },
-        [this] {
-            EXPECT_FALSE(visible("frmMain"));
-            EXPECT_EQ(program->state().mech.mechType, "ME181");
-            EXPECT_EQ(program->state().prom.promSizeCode, 1);
-            EXPECT_TRUE(visible("frmCoinMeasure1.chkduplicate"));
-            EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text(),
-                      "Duplicate Segments");
-            click("frmCoinMeasure1.cmdBack");
-        });
-    hands.when("the main window again", mainReady, [] {});
-    run();
-    EXPECT_FALSE(visible("frmCoinMeasure1"));
-    EXPECT_TRUE(enabled("frmMain.cmdMars"));
-    EXPECT_EQ(program->state().prom.promSizeCode, 0);
-}
-
 TEST_F(MainWindowTest, WithoutAValidatorTheMainWindowStays) {
     box.unplugValidator();
     whenReady([] { click("frmMain.cmdMars"); });
@@ -137,27 +114,6 @@ TEST_F(MainWindowTest, TheButtonsOfABoxSpeakTheLanguageOfItsText) {
             press(open, QMessageBox::Ok);
         });
     run();
-}
-
-TEST_F(MainWindowTest, APulledAdapterIsToldOnceAndTheNextActionOpensThePortAgain) {
-    whenReady([this] {
-        box.unplug();
-        click("frmMain.cmdMars");
-    });
-    hands.answer("No Response from Programmer Box", QMessageBox::Ok);
-    hands.when(
-        "the report", [] { return test::box("206", "notice") != nullptr; },
-        [this] {
-            press(test::box("206", "notice"), QMessageBox::Ok);
-            EXPECT_EQ(test::box("206", "notice"), nullptr);
-            EXPECT_FALSE(program->state().link.portOpen);
-            box.replug();
-        });
-    hands.when(
-        "an end of the flow", [this] { return program->idle(); }, [] { click("frmMain.cmdMars"); });
-    hands.when("the measurement window", [] { return visible("frmCoinMeasure1"); });
-    run();
-    EXPECT_TRUE(program->state().link.portOpen);
 }
 
 TEST_F(MainWindowTest, ChangeConfigIsSavedOrForgotten) {

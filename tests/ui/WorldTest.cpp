@@ -56,13 +56,6 @@ TEST_F(WorldTest, TheStartUpWindowsCancelDoesToo) {
                     [] { click("frmOpening.cmdCancel"); }));
 }
 
-TEST_F(WorldTest, ASecondCopyInTheSameFolderIsRefused) {
-    World first(folder, commandLine);
-    ASSERT_TRUE(first.guard.acquire());
-    EXPECT_TRUE(run([] { return box("already Running") != nullptr; },
-                    [] { press(box("already Running"), QMessageBox::Ok); }));
-}
-
 TEST_F(WorldTest, PortsOfTheFolderCountAndTheCommandLineMore) {
     std::ofstream(folder / "ports.txt") << "1,/dev/one\n2,/dev/two\n";
     const World world(folder, commandLine);

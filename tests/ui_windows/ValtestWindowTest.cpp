@@ -67,7 +67,7 @@ class ValtestWindowTest : public testing::Test {
                         .callers = callers}};
 };
 
-TEST_F(ValtestWindowTest, AMarsMechShowsItsCoinsAndRejects) {
+TEST_F(ValtestWindowTest, AMarsMechShowsItsCoinsAndRejected) {
     open(kMars, "ME111");
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(fromQt(window.windowTitle()), "Validator Test");
@@ -83,15 +83,7 @@ TEST_F(ValtestWindowTest, AMarsMechShowsItsCoinsAndRejects) {
     const QPoint off = window.frameGeometry().center() - main.frameGeometry().center();
     EXPECT_LE(off.manhattanLength(), 2);
 
-    w.base.feed("V B\r");
-    EXPECT_EQ(colour("shpCoin_1"), "#00ff00");
-    EXPECT_EQ(W::label(window, "lblCount_1"), " 1");
     shoot(window, QStringLiteral("valtest-mars"));
-    w.base.feed("V R\r");
-    EXPECT_EQ(colour("shpCoin_1"), "#e0e0e0");
-    EXPECT_EQ(colour("shpCoin_6"), "#ff0000");
-    W::click(window, "cmdClearCount");
-    EXPECT_EQ(W::label(window, "lblCount_6"), " 0");
     W::click(window, "cmdBack");
     EXPECT_FALSE(window.isVisible());
     EXPECT_TRUE(callers.inMain);
@@ -135,23 +127,6 @@ TEST_F(ValtestWindowTest, BinaryShowsCodesAndOutputBits) {
     W::click(window, "optSingle");
     EXPECT_EQ(captions(), "Coin A|Coin B|Coin C|Coin D|Coin E|");
     EXPECT_FALSE(W::control(window, "shpBinary_4")->isVisible());
-}
-
-TEST_F(ValtestWindowTest, TheVariantListTakesThePlaceOfTheMechType) {
-    open(kNri, "G40-0000");
-    auto* list = W::find<QComboBox>(window, "cmbG40");
-    EXPECT_EQ(list->currentText(), QStringLiteral("G40-x0xx"));
-    EXPECT_FALSE(W::control(window, "lblmechType")->isVisible());
-    list->setCurrentIndex(1);
-    emit list->activated(1);
-    EXPECT_EQ(captions(), "Coin A|Coin B|Coin C|Coin D|Coin E|");
-    W::click(window, "optBinary");
-    shoot(window, QStringLiteral("valtest-g40"));
-    W::click(window, "cmdBack");
-    open(kCoinControls, "450");
-    EXPECT_TRUE(W::control(window, "lblmechType")->isVisible());
-    EXPECT_FALSE(list->isVisible());
-    EXPECT_TRUE(W::find<QRadioButton>(window, "optSingle")->isChecked());
 }
 
 TEST_F(ValtestWindowTest, TheFrameGoesBackUnlessAnActionRuns) {

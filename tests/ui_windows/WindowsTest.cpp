@@ -178,45 +178,6 @@ TEST_F(Windows, PromChoicesAndTargetLists) {
     EXPECT_EQ(list("cmbCoin").substr(0, 15), "Coin 01|Coin 02");
 }
 
-TEST_F(Windows, TheWizardPanelAsksWhatTheModelNeeds) {
-    struct Case {
-        std::string_view maker, model;
-        WizardPanel panel;
-        const char* shown;  ///< segment list, coin value, lines
-        const char* firstCoin;
-    };
-    const Case cases[] = {
-        {kMars, "ME111", {.coinCaption = 426}, "s--", "A1"},
-        {kMars, "ME181", {.coinCaption = 426, .coinValue = true}, "sv-", "A1"},
-        {kCoinControls, "435", {}, "---", "Coin 01"},
-        {kNri, "G10-4000", {.coinValue = true}, "-v-", "Coin 01"},
-        {kNri, "G40-0000", {.coinValue = true, .lines = true}, "-vl", "Coin 01"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.model);
-        openMeasure(c.maker, c.model);
-        w.measure.showWizardChoices(c.panel);
-        w.measure.showWizardPanel(true);
-        w.measure.showTargetLists();
-        const auto shown = [this](const char* name, char mark) {
-            return W::control(w.measure, name)->isVisible() ? mark : '-';
-        };
-        EXPECT_EQ((std::string{shown("cmbSegment", 's'), shown("txtCoinValue", 'v'),
-                               shown("cmbInhibit", 'l')}),
-                  c.shown);
-        EXPECT_EQ(shown("lblSegmentHead", 's'), c.shown[0]);
-        EXPECT_EQ(shown("lblOutputHead", 'l'), c.shown[2]);
-        EXPECT_FALSE(W::control(w.measure, "frmMeasurements")->isVisible());
-        EXPECT_EQ(W::label(w.measure, "lblWizardMechType"), c.model);
-        EXPECT_EQ(W::label(w.measure, "lblSegmentHead"), "PROM Segment");
-        EXPECT_EQ(w.measure.chosenCoin(), c.firstCoin);
-        EXPECT_EQ(w.measure.chosenOutputLine() * 10 + w.measure.chosenInhibitLine(), 11);
-        EXPECT_TRUE(!c.panel.coinValue || w.measure.coinValueText() == "10");
-        shoot(w.measure, QStringLiteral("wizard-") + toQt(std::string(c.model)));
-        w.measure.closeWindow();
-    }
-}
-
 TEST_F(Windows, TheLinesFollowTheCoinThatIsClicked) {
     openMeasure(kNri, "G40-0000");
     auto* coins = W::find<QComboBox>(w.measure, "cmbCoin");
@@ -365,19 +326,6 @@ TEST_F(Windows, LimitsGridFollowsTheLayout) {
     }
 }
 
-TEST_F(Windows, LimitBoxesAreNumberedRowByRow) {
-    openLimits(kMars, "ME111");
-    w.limits.setLimit(1, 3, "1234");
-    EXPECT_EQ(fromQt(W::find<QLineEdit>(w.limits, "txtProm_8")->text()), "1234");
-    EXPECT_EQ(w.limits.limitText(1, 3), "1234");
-    w.limits.setSlugLimit(2, 6, "77");
-    EXPECT_EQ(W::label(w.limits, "lblSlugLimits_11"), "77");
-    EXPECT_THROW(w.limits.setLimit(0, 7, "1"), std::out_of_range);
-    // The same member stands elsewhere when there are more parameters.
-    openLimits(kNri, "G13-6000");
-    EXPECT_EQ(w.limits.limitText(0, 9), fromQt(W::find<QLineEdit>(w.limits, "txtProm_8")->text()));
-}
-
 TEST_F(Windows, ColoursOfLimitsAndSlugs) {
     openLimits(kMars, "ME111");
     EXPECT_EQ(colour(w.limits, "txtProm_0", QPalette::Base), "#ffff00");
@@ -403,16 +351,8 @@ TEST_F(Windows, OnlyTypingCountsAsAnEdit) {
     }
 }
 
-TEST_F(Windows, ButtonsOfTheLimitsWindow) {
+TEST_F(Windows, TheValidatorTestIsOfferedAfterAProgrammingOnly) {
     openLimits(kMars, "ME111");
-    W::click(w.limits, "optSeg_1");
-    W::click(w.limits, "cmdChangeLimits");
-    W::click(w.limits, "cmdRestore");
-    W::click(w.limits, "cmdProgPROM");
-    EXPECT_EQ(flowCalls().take(), "segment1 change restore program");
-    W::click(w.limits, "optBipolarPROM");
-    EXPECT_EQ(w.state.prom.target, TargetProm::bipolar);
-
     QWidget* test = W::control(w.limits, "cmdValtest");
     EXPECT_FALSE(test->isEnabled());
     int tests = 0;

@@ -11,6 +11,7 @@
 
 #include "FakeFlows.h"
 #include "LinkWorld.h"
+#include "QuietFamily.h"
 #include "catalogue/Text.h"
 #include "limits/frmPROM.h"
 #include "mars/frmProgramming.h"
@@ -21,30 +22,17 @@
 namespace vantor::test {
 
 /// A maker's family as far as windows ask for it.
-class LookOnlyFamily final : public MechFamily {
+class LookOnlyFamily final : public QuietFamily {
   public:
-    LookOnlyFamily(std::string_view code, FamilyLook look) : code_(code), look_(look) {}
-    [[nodiscard]] std::string_view code() const override { return code_; }
+    LookOnlyFamily(std::string_view code, FamilyLook look) : QuietFamily(code), look_(look) {}
     [[nodiscard]] FamilyLook look() const override { return look_; }
-    [[nodiscard]] LimitRules limitRules() const override { return {}; }
-    [[nodiscard]] CoinsetRules coinsetRules() const override { return {}; }
-    void enableCoinData(int) override {}
-    void disableCoinData() override {}
-    [[nodiscard]] bool hasCoinValue() const override { return coinValue; }
     [[nodiscard]] bool twoSegmentProm() const override { return twoSegments; }
     [[nodiscard]] WizardPanel wizardPanel() const override { return panel; }
-    bool readMemory() override { return false; }
-    void readOldMemory() override {}
-    void copyOldMemoryData() override {}
-    void rebuildImage() override {}
-    bool programAndVerify() override { return false; }
 
-    bool coinValue = false;
     bool twoSegments = false;
     WizardPanel panel;
 
   private:
-    std::string_view code_;
     FamilyLook look_;
 };
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "RecordedProgress.h"
 #include "ValtestWorld.h"
 #include "mars/MarsFamily.h"
 
@@ -115,12 +116,7 @@ TEST(ValidatorTest, OpeningPutsTheBoxIntoTheModesOfTheMech) {
 
 TEST(ValidatorTest, AMarsMechGetsItsSensorTimings) {
     ValtestWorld world;
-    struct NoProgress final : ProgressDisplay {
-        void openProgress(const std::string&, const std::string&, bool) override {}
-        void showProgress(int) override {}
-        void showSegment(int) override {}
-        void closeProgress() override {}
-    } progress;
+    test::RecordedProgress progress;
     MarsFamily family(world.state, world.link, world.prompts, world.errors, progress);
     Families families(world.state);
     families.add(family);
@@ -138,20 +134,6 @@ TEST(ValidatorTest, AMarsMechGetsItsSensorTimings) {
     test.openFromMain(808);
     EXPECT_EQ(world.sent(), "OJVC02Z150150150425\rSVJN");
     EXPECT_EQ(world.captions(), kSix) << "the version is the one that the box has just told";
-}
-
-TEST(ValidatorTest, OutputModesAreToldToTheBox) {
-    ValtestWorld world(kCoinControls, "335");
-    world.port.answer("*", "D\r");
-    world.openFromMain();
-    world.sent();
-    world.test.chooseBinary();
-    EXPECT_EQ(world.sent(), "*O*C00");
-    world.test.chooseBinary();
-    EXPECT_EQ(world.sent(), "") << "already chosen";
-    world.test.chooseSingle();
-    EXPECT_EQ(world.sent(), "*OOC01");
-    EXPECT_TRUE(world.prompts.asked.empty());
 }
 
 TEST(ValidatorTest, TheProgrammingLoomComesOffBeforeTheBoxIsSwitched) {
@@ -232,18 +214,6 @@ TEST(ValidatorTest, CoinsLightAndCountTheirPositions) {
     EXPECT_EQ(world.window.counts[2], " 1");
     world.feed("V I\r");
     EXPECT_EQ(world.window.lit(), "+8 ") << "a position that is not shown";
-}
-
-TEST(ValidatorTest, CodedOutputsLightPositionAndBits) {
-    ValtestWorld world(kCoinControls, "335");
-    world.port.answer("*", "D\r");
-    world.openFromMain();
-    world.test.chooseBinary();
-    world.feed("V X0D\r");
-    EXPECT_EQ(world.window.lit(), "+13 b0 b1 b2 b4 ");
-    EXPECT_EQ(world.window.counts[13], " 1");
-    world.test.chooseSingle();
-    EXPECT_EQ(world.window.counts[13], " 0") << "laying out clears the counts";
 }
 
 TEST(ValidatorTest, CoinsAfterBackSoundAndMarkNothing) {

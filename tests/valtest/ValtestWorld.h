@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LinkWorld.h"
+#include "QuietFamily.h"
 #include "valtest/ValidatorTest.h"
 
 namespace vantor::test {
@@ -73,31 +74,18 @@ struct FakeValtestCallers final : ValtestCallers {
 };
 
 /// A maker's side of the test's set-up and nothing else.
-class FakeTestFamily final : public MechFamily {
+class FakeTestFamily final : public QuietFamily {
   public:
-    explicit FakeTestFamily(std::string_view maker, ProgrammerLink& link)
-        : maker_(maker), link_(link) {}
+    FakeTestFamily(std::string_view code, ProgrammerLink& link) : QuietFamily(code), link_(link) {}
 
     bool answers = true;
 
-    [[nodiscard]] std::string_view code() const override { return maker_; }
-    [[nodiscard]] FamilyLook look() const override { return {}; }
-    [[nodiscard]] LimitRules limitRules() const override { return {}; }
-    [[nodiscard]] CoinsetRules coinsetRules() const override { return {}; }
     [[nodiscard]] bool prepareValidatorTest() override {
         link_.sendString("<family>");
         return answers;
     }
-    void enableCoinData(int) override {}
-    void disableCoinData() override {}
-    bool readMemory() override { return false; }
-    void readOldMemory() override {}
-    void copyOldMemoryData() override {}
-    void rebuildImage() override {}
-    bool programAndVerify() override { return false; }
 
   private:
-    std::string_view maker_;
     ProgrammerLink& link_;
 };
 

@@ -1,22 +1,11 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
-#include "limits/LimitsDisplay.h"
-#include "link/ProgressDisplay.h"
 #include "measure/MeasureDisplay.h"
 
 namespace vantor::test {
-
-class NoProgress final : public ProgressDisplay {
-  public:
-    void openProgress(const std::string&, const std::string&, bool) override {}
-    void showProgress(int) override {}
-    void showSegment(int) override {}
-    void closeProgress() override {}
-};
 
 class FakeMeasureDisplay final : public MeasureDisplay {
   public:
@@ -65,35 +54,6 @@ class FakeMeasureDisplay final : public MeasureDisplay {
     [[nodiscard]] std::string chosenCoin() const override { return target; }
     [[nodiscard]] int chosenOutputLine() const override { return 3; }
     [[nodiscard]] int chosenInhibitLine() const override { return 4; }
-};
-
-class FakeLimitsDisplay final : public LimitsDisplay {
-  public:
-    bool visible = false;
-    int segment = -1;
-    std::string firstRow;                   ///< the limits of the first channel
-    std::map<int, std::string> acceptance;  ///< by row, from 0
-    std::string firstSlug;                  ///< the limits of the first slug
-
-    void layOut(const LimitsLayout&) override { firstRow = firstSlug = ""; }
-    void showLimitsWindow() override { visible = true; }
-    void hideLimitsWindow() override { visible = false; }
-    void chooseSegment(int index) override { segment = index; }
-    void setRowHead(int, const std::string&) override {}
-    void setLimit(int row, int column, const std::string& text) override {
-        if (row == 0 && column == 1) firstRow.clear();
-        if (row == 0) firstRow += text + ";";
-    }
-    [[nodiscard]] std::string limitText(int, int) const override { return ""; }
-    void setSlugLimit(int slug, int, const std::string& text) override {
-        if (slug == 1) firstSlug += text + ";";
-    }
-    void clearColours() override {}
-    void colourRow(int, std::uint32_t) override {}
-    void colourSlug(int, std::uint32_t) override {}
-    void setAcceptance(int row, const std::string& text) override { acceptance[row] = text; }
-    void setRejection(int, const std::string&) override {}
-    void enableValidatorTest(bool) override {}
 };
 
 }  // namespace vantor::test
