@@ -151,25 +151,6 @@ TEST(CcCoinData, CancelAndAPulledAdapterEndTheSentinelsLoop) {
     }
 }
 
-TEST(CcCoinData, WithoutASessionTheWindowIsToldAndTheGatherWaitsForCancel) {
-    Gathering sentinel("Sentinel");
-    sentinel.box.openingsIgnored = 99;
-    sentinel.enable();
-    EXPECT_EQ(sentinel.events, "closed ");
-    EXPECT_TRUE(sentinel.port.sent.ends_with("TKI"));
-    EXPECT_LT(sentinel.ms(), 5000);
-    EXPECT_EQ(sentinel.state.gather.coinsRemaining, 2);
-    sentinel.cc.disableCoinData();
-    EXPECT_TRUE(sentinel.inCommandMode());
-
-    Gathering i2c("435");
-    i2c.box.openingsIgnored = 99;
-    i2c.enable();
-    EXPECT_EQ(i2c.events, "closed ");
-    i2c.cc.disableCoinData();
-    EXPECT_TRUE(i2c.inCommandMode());
-}
-
 TEST(CcCoinData, TheProgramsEndClosesTheSentinelsSession) {
     Gathering world("Sentinel");
     world.loop.callAfter(std::chrono::seconds(3), [&] { world.state.link.ending = true; });

@@ -101,6 +101,8 @@ TEST(CcLayout, WhatAModelDoesNotHaveIsRefused) {
     EXPECT_THROW(copyCcChannel({}, ccShape("220B"), 9, limits, 1), std::out_of_range);
     EXPECT_THROW((void)ccLimitWord(ccShape("C120"), 1, 4), std::out_of_range);
     EXPECT_THROW((void)ccShape("436"), std::out_of_range);
+    EXPECT_THROW((void)c450Route({}, 13), std::out_of_range);
+    EXPECT_THROW((void)sentinelSortCode({}, 9), std::out_of_range);
 }
 
 TEST(CcLayout, TheCheckByteFollowsTheChangeOfTheBytes) {
@@ -207,26 +209,6 @@ TEST(CcRouting, ACoinsetsRoutingIsTheSameHoweverOftenItIsWritten) {
     routing[16] = 0;
     applyCoinsetRouting(mapped.shape, routing, mapped.old, mapped.next);
     EXPECT_EQ(mapped.next[11], 0xFC96) << "from memory, then from the plug again";
-}
-
-TEST(CcRouting, RoutesAreReadPerChannel) {
-    MechImage image{};
-    image[121] = 0x3210;
-    image[123] = 0xF000;
-    std::string letters;
-    for (int channel = 1; channel <= 12; ++channel) letters += c450Route(image, channel);
-    EXPECT_EQ(letters, "ABCDAAAAAAAP");
-
-    image[54] = 0xC89A;
-    image[55] = 0xBD01;
-    std::string names;
-    for (int channel = 1; channel <= 8; ++channel) {
-        names += std::string(sentinelRouteName(sentinelSortCode(image, channel))) + ".";
-    }
-    EXPECT_EQ(names, "AB.A.C.B.D.CD.No Sort..");
-    EXPECT_EQ(sentinelRouteName(14), "");
-    EXPECT_THROW((void)c450Route(image, 13), std::out_of_range);
-    EXPECT_THROW((void)sentinelSortCode(image, 9), std::out_of_range);
 }
 
 C435Settings sampleSettings() {

@@ -45,29 +45,18 @@ TEST(EepromFile, WhatIsSavedIsReadBack) {
     EXPECT_EQ(parseEepromFile(text, 64).image, image);
 }
 
-TEST(SaveToFile, AsksBeforeItOverwrites) {
+TEST(SaveToFile, OverwritesOnRequestAndTellsWhatCannotBeWritten) {
     CcWorld world("Sentinel");
     world.takeMemoryAsRead();
     const auto file = world.folder / "coins.txt";
+    writeFileWhole(file, "old");
     world.prompts.chooseFile(world.folder / "coins.dat");
+    world.prompts.expect("Overwrite Existing File", Answer::ok);
     world.cc.utilities().saveToFile();
-    const auto saved = readFile(file);
-    ASSERT_TRUE(saved);
-    EXPECT_EQ(*saved, eepromFileText(world.state.images.old, 64));
+    EXPECT_EQ(readFile(file), eepromFileText(world.state.images.old, 64));
     EXPECT_EQ(world.prompts.fileQuestions[0].title, "File Save");
     EXPECT_EQ(world.prompts.fileQuestions[0].startFolder, world.folder / "CoinSets");
     EXPECT_TRUE(world.prompts.fileQuestions[0].saving);
-
-    world.state.images.old[0] = 77;
-    world.prompts.chooseFile(world.folder / "coins");
-    world.prompts.expect("Overwrite Existing File", Answer::cancel);
-    world.cc.utilities().saveToFile();
-    EXPECT_EQ(readFile(file), saved);
-    world.prompts.chooseFile(world.folder / "coins");
-    world.prompts.expect("Overwrite Existing File", Answer::ok);
-    world.cc.utilities().saveToFile();
-    EXPECT_TRUE(readFile(file)->starts_with("0,77\r\n"));
-
     world.prompts.chooseFile(std::nullopt);
     world.cc.utilities().saveToFile();
     world.prompts.chooseFile(world.folder / "no such folder" / "coins.txt");
@@ -141,37 +130,6 @@ TEST(Clone, ReadsTheMechFirstAndStopsWhereAnythingFails) {
         EXPECT_TRUE(world.prompts.scriptDone()) << c.what;
         EXPECT_TRUE(world.inCommandMode()) << c.what;
     }
-}
-
-TEST(ProgrammeRouting, RefusesOrWritesAndVerifies) {
-    CcWorld world("435");
-    world.takeMemoryAsRead();
-    C435Settings settings = c435Settings(world.state.images.old);
-    for (std::string& path : settings.paths) path = "B";
-    settings.plugDefault = "d";
-    world.prompts.expect("Confirm overwrite EEPROM\r\n\r\n435: 256 words", Answer::cancel);
-    EXPECT_FALSE(world.cc.utilities().programmeRouting(settings));
-    EXPECT_EQ(world.port.sent, "");
-    world.prompts.expect("Confirm overwrite EEPROM", Answer::ok);
-    EXPECT_TRUE(world.cc.utilities().programmeRouting(settings));
-    EXPECT_EQ(world.box.words[128], 0x2222);
-    EXPECT_EQ(world.box.words[228], 0x0642);
-
-    world.port.sent.clear();
-    world.prompts.asked.clear();
-    settings.paths[9] = "e";
-    EXPECT_FALSE(world.cc.utilities().programmeRouting(settings));
-    settings.paths[9] = "a";
-    settings.codes[3] = "011";
-    EXPECT_FALSE(world.cc.utilities().programmeRouting(settings));
-    settings.codes[3] = "0110";
-    world.state.noteOldImage(false);
-    EXPECT_FALSE(world.cc.utilities().programmeRouting(settings));
-    EXPECT_EQ(world.told(),
-              "! Error: Invalid Routing Path entered\n"
-              "! Error: Invalid Binary Code entered\n"
-              "! Error: Timeout reading Coin Mech EEPROM\n");
-    EXPECT_EQ(world.port.sent, "");
 }
 
 }  // namespace

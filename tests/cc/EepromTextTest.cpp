@@ -59,10 +59,6 @@ TEST(EepromText, LimitsStandUnderTheirParameters) {
     for (const Case& c : {
              Case{"C120", 45, 12, 13, "                            " + names3,
                   "                  Coin 12      000 000     000 000     007 254    "},
-             Case{"220B", 48, 8, 9, "                            " + names3,
-                  "                  Coin 08      000 000     000 000     007 254    "},
-             Case{"335", 56, 16, 17, "                            " + names3,
-                  "                  Coin 16      000 000     000 000     007 254    "},
              Case{"450", 63, 12, 13, "                      " + names3 + "4           ",
                   "            Coin 12      000 000     000 000     000 000     007 254    "},
              Case{"435", 95, 16, 17, "                " + names3 + "4           5           ",

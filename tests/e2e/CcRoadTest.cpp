@@ -148,42 +148,6 @@ TEST_F(CcFaults, AnIncompleteReadIsToldAndNothingIsBuiltOnIt) {
     }
 }
 
-TEST_F(CcFaults, AFailedProgrammingIsNeverCalledGood) {
-    for (const FaultCase& c : {
-             FaultCase{"stuck cell",
-                       "435",
-                       {.kind = Fault::Kind::stuckCell, .times = -1, .value = 20},
-                       "EEPROM Verify FAIL"},
-             FaultCase{"refusal",
-                       "220B",
-                       {.kind = Fault::Kind::mechRefuses, .after = 3},
-                       "error writing EEPROM address : 12"},
-             FaultCase{
-                 "no session", "C120", {.kind = Fault::Kind::noSession}, "EEPROM Verify FAIL"},
-             FaultCase{"stuck cell",
-                       "Sentinel",
-                       {.kind = Fault::Kind::stuckCell, .times = -1, .value = 2},
-                       "EEPROM Verify FAIL"},
-             FaultCase{"wrong sum in the verification",
-                       "450",
-                       {.kind = Fault::Kind::wrongSum, .after = 99},
-                       "Checksum Error reading Coin Mech EEPROM Address: 99"},
-         }) {
-        SCOPED_TRACE(std::string(c.model) + " " + c.name);
-        programFromCoinset(c.model);
-        box.addFault(c.fault);
-        click("frmPROM.cmdProgPROM");
-        EXPECT_TRUE(technician.saw(c.message)) << last();
-        EXPECT_TRUE(technician.saw("EEPROM Verify FAIL")) << last();
-        EXPECT_FALSE(technician.saw("Verified OK"));
-        EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
-        expectCommandMode();
-        program.reset();
-        technician.seen.clear();
-        box.clearFaults();
-    }
-}
-
 TEST_F(CcFaults, WithoutASessionTheGatherWaitsForCancelAndSaysSo) {
     for (const char* model : {"435", "Sentinel"}) {
         SCOPED_TRACE(model);

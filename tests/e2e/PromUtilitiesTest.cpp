@@ -9,8 +9,8 @@ namespace {
 
 using boxsim::PromKind;
 
-/// From the limits window to the PROM utilities and back, in the middle of the road.
-class PromUtilitiesOnTheRoad : public Road {
+/// The PROM utilities, from the main window and from the limits window.
+class PromUtilities : public Road {
   protected:
     void toTheLimits(const std::string& model, const std::string& coinset, int words) {
         technician.promWords = words;
@@ -30,6 +30,18 @@ class PromUtilitiesOnTheRoad : public Road {
     static std::string pane(const std::string& name) {
         return widget<QPlainTextEdit>("frmPROMdata." + name)->toPlainText().toStdString();
     }
+    static std::string line(const std::string& name, int number) {
+        const QString text = widget<QPlainTextEdit>("frmPROMdata." + name)->toPlainText();
+        return text.split(QLatin1Char('\n')).at(number).toStdString();
+    }
+    /// A PROM whose cells count upwards, one step further in every line.
+    void insertProm(int words) {
+        std::vector<std::uint8_t> cells;
+        for (int cell = 0; cell < words; ++cell) {
+            cells.push_back(static_cast<std::uint8_t>((cell + cell / 16) % 16));
+        }
+        box.insertProm(PromKind::e1, words, cells);
+    }
     /// The line of the first coin, as the limits window shows it.
     static std::string firstCoin() {
         std::string line = "A1   ";
@@ -41,7 +53,72 @@ class PromUtilitiesOnTheRoad : public Road {
     }
 };
 
-TEST_F(PromUtilitiesOnTheRoad, BackToTheLimitsWindowNothingHasChanged) {
+TEST_F(PromUtilities, FromTheMainWindow) {
+    insertProm(512);
+    openMain("MS1000");
+    box.clearTranscript();
+    click("frmMain.cmdPROMutilities");
+    ASSERT_TRUE(visible("frmPROMdata"));
+    EXPECT_FALSE(visible("frmMain"));
+    EXPECT_FALSE(enabled("frmMain.cmdPROMutilities") || enabled("frmPROM.cmdPROMutilities"));
+    EXPECT_EQ(sent(), std::string(50, '\x1B') + "MJSWJEAW");
+    EXPECT_EQ(line("lblPROM", 1), "10 1 2 3 4 5 6 7 8 9 A B C D E F 0 ");
+    EXPECT_EQ(line("lblPROM2", 15), "F0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 ");
+
+    for (const bool selected : program->state().prom.segmentSelected) EXPECT_TRUE(selected);
+    choose("frmPROMdata.cmbSize", "2K");
+    click("frmPROMdata.cmdReadPROM");
+    EXPECT_EQ(sent(), "JEKW");
+    choose("frmPROMdata.cmbDisplay", "Data Addr 256-511");
+    EXPECT_EQ(line("lblPROM", 0), "00 0 1 2 3 4 5 6 7 8 9 A B C D E F ");
+    EXPECT_EQ(line("lblPROM", 15), "F0 F 0 1 2 3 4 5 6 7 8 9 A B C D E ");
+    choose("frmPROMdata.cmbDisplay", "Limits Segs 3 & 4");
+    // Cells 257 to 262 hold 1 to 6.
+    EXPECT_EQ(line("lblPROM", 2).substr(0, 15), "A3   0801 1620 ");
+
+    choose("frmPROMdata.cmbSize", "1K");
+    EXPECT_EQ(widget<QComboBox>("frmPROMdata.cmbDisplay")->count(), 2);
+    EXPECT_EQ(line("lblPROM", 1), "10 1 2 3 4 5 6 7 8 9 A B C D E F 0 ");
+
+    click("frmPROMdata.cmdBye");
+    EXPECT_EQ(sent(), "W");
+    EXPECT_FALSE(visible("frmPROMdata") || visible("frmPROM"));
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_TRUE(enabled("frmMain.cmdPROMutilities") && enabled("frmMain.cmdMars"));
+    EXPECT_EQ(program->state().prom.promSizeCode, 0);
+}
+
+TEST_F(PromUtilities, WhileThePromIsReadTheWindowWaits) {
+    insertProm(256);
+    openMain("ME111");
+    click("frmMain.cmdPROMutilities");
+    box.insertProm(PromKind::none, 0);
+    loop.callAfter(std::chrono::seconds(2), [] {
+        EXPECT_FALSE(enabled("frmPROMdata.cmdReadPROM"));
+        EXPECT_FALSE(enabled("frmPROMdata.cmbDisplay"));
+        windowNamed("frmPROMdata")->close();
+        click("frmPROMdata.cmdBye");
+        EXPECT_TRUE(visible("frmPROMdata"));
+    });
+    click("frmPROMdata.cmdReadPROM");
+    EXPECT_TRUE(technician.saw("Unable to Read PROM : timed out"));
+    EXPECT_TRUE(enabled("frmPROMdata.cmdReadPROM"));
+    EXPECT_EQ(line("lblPROM", 1), "10 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 ");
+    windowNamed("frmPROMdata")->close();
+    EXPECT_TRUE(visible("frmMain"));
+}
+
+TEST_F(PromUtilities, WithoutABoxTheMainWindowStays) {
+    openMain("ME111");
+    box.setSilent(true);
+    click("frmMain.cmdPROMutilities");
+    EXPECT_TRUE(technician.saw("No Response from Programmer Box"));
+    EXPECT_TRUE(visible("frmMain"));
+    EXPECT_FALSE(visible("frmPROMdata"));
+    EXPECT_TRUE(enabled("frmMain.cmdPROMutilities"));
+}
+
+TEST_F(PromUtilities, BackToTheLimitsWindowNothingHasChanged) {
     toTheLimits("ME111", "ME111-Dorin-2K.cst", 512);
     const PromState before = program->state().prom;
     ASSERT_TRUE(before.segmentSelected[2] && !before.segmentSelected[1]);
@@ -77,7 +154,7 @@ TEST_F(PromUtilitiesOnTheRoad, BackToTheLimitsWindowNothingHasChanged) {
     EXPECT_TRUE(visible("frmMain") && enabled("frmMain.cmdMars"));
 }
 
-TEST_F(PromUtilitiesOnTheRoad, WhatWasProgrammedIsReadBackBesideIt) {
+TEST_F(PromUtilities, WhatWasProgrammedIsReadBackBesideIt) {
     toTheLimits("ME181", "ME181-Dorin.cst", 512);
     click("frmPROM.cmdProgPROM");
     ASSERT_TRUE(technician.saw("Verify PROM OK"));

@@ -56,26 +56,6 @@ TEST_F(ValtestRoad, FromTheMainWindowAndBack) {
     EXPECT_EQ(sounds.played.size(), 3U);
 }
 
-TEST_F(ValtestRoad, AnOlderBoxReportsNoRejects) {
-    box.setVersion("V1.90");
-    openMain("MS1000");
-    click("frmMain.cmdValtest");
-    EXPECT_TRUE(visible("frmValtest.lblCoin_5"));
-    EXPECT_FALSE(visible("frmValtest.lblCoin_6"));
-    drop("Steel Washer");
-    EXPECT_TRUE(sounds.played.empty());
-}
-
-TEST_F(ValtestRoad, WithoutAValidatorTheMainWindowStays) {
-    openMain("ME111");
-    box.unplugValidator();
-    click("frmMain.cmdValtest");
-    EXPECT_TRUE(technician.saw("Validator Check|Validator NOT DETECTED"));
-    EXPECT_FALSE(visible("frmValtest"));
-    EXPECT_TRUE(visible("frmMain"));
-    EXPECT_TRUE(enabled("frmMain.cmdValtest"));
-}
-
 TEST_F(ValtestRoad, NothingOvertakesThePauseAfterAnMe181sCoin) {
     openMain("ME181");
     click("frmMain.cmdValtest");
@@ -119,18 +99,6 @@ TEST_F(ValtestRoad, ACoinControlsMechDrivesItsOutputsOneByOneOrAsACode) {
     EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
     click("frmValtest.cmdBack");
     EXPECT_TRUE(enabled("frmMain.cmdCCValTest"));
-}
-
-TEST_F(ValtestRoad, TheTubesOfA450StandInTheirOrder) {
-    openMain("450", kCoinControls);
-    click("frmMain.cmdCCValTest");
-    ASSERT_TRUE(visible("frmValtest"));
-    int position = 0;
-    for (const char* coin : {"5 Pell", "10 Pell", "20 Pell", "50 Pell"}) {
-        drop(coin);
-        EXPECT_EQ(count(position), " 1") << coin;
-        ++position;
-    }
 }
 
 TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {

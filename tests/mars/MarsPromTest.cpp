@@ -210,22 +210,6 @@ TEST(MarsProgramBipolar, APromThatCannotBeReadIsNotBlank) {
     EXPECT_EQ(unplugged.prompts.asked.size(), 2U);
 }
 
-TEST(MarsProgram, TheMe181IsProgrammedInTwoHalves) {
-    MarsWorld world("ME181", 0);
-    world.state.prom.segmentSelected[1] = true;
-    world.state.prom.duplicateSegments = true;
-    world.setSampleSegment(7);
-    world.prompts.expect("BOTH SWITCHES ON", Answer::ok);
-    EXPECT_TRUE(world.mars.programAndVerify());
-    ASSERT_EQ(world.port.writes.size(), 2 + 32 + 2 + 1U);
-    EXPECT_EQ(world.port.writes[2], "P000F000000000000000\r");
-    EXPECT_EQ(world.port.writes[2 + 16], "P100F000000000000000\r");
-    EXPECT_EQ(world.port.writes[2 + 24], "P180FC21FFFD21041000\r") << "no duplicate on this mech";
-    EXPECT_EQ(world.port.writes[2 + 31], "P1F04742503031312E32\r");
-    EXPECT_EQ(world.port.writes[2 + 33], "K") << "its PROM is a 2K one, whatever was chosen";
-    EXPECT_EQ(world.progress.told[31], "segment 1");
-}
-
 TEST(MarsProgram, ADuplicatedSegmentIsProgrammedTwice) {
     for (const bool firstSelected : {true, false}) {
         MarsWorld world;

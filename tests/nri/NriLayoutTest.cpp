@@ -8,14 +8,6 @@
 namespace vantor {
 namespace {
 
-std::string joined(const std::vector<NriReadStep>& steps) {
-    std::string all;
-    for (const NriReadStep& step : steps) {
-        all += step.command + ":" + std::to_string(step.block) + " ";
-    }
-    return all;
-}
-
 std::string joined(const std::vector<NriWrite>& writes) {
     std::string all;
     for (const NriWrite& write : writes) {
@@ -24,10 +16,6 @@ std::string joined(const std::vector<NriWrite>& writes) {
         all += write.command + " " + data + " " + std::to_string(write.waitMs) + "\n";
     }
     return all;
-}
-
-std::string withNumbers(const NriReadStep& step) {
-    return step.command + " " + std::to_string(step.lines) + " " + std::to_string(step.from);
 }
 
 /// Limits that tell channels and columns apart.
@@ -50,33 +38,6 @@ std::string channelWrites() {
         all += std::string("Z0") + "  3456789ABCDE"[channel + 1] + " " + data + " 100\n";
     }
     return all;
-}
-
-TEST(NriLayout, ReadsTheBlocksOfEachModelInOrder) {
-    const std::string channels =
-        "X03:4 X04:5 X05:6 X06:7 X07:8 X08:9 X09:10 X0A:11 X0B:12 "
-        "X0C:13 X0D:14 X0E:15 ";
-    const std::string outputs = "X00:1 X01:2 X02:3 " + channels +
-                                "X0F:16 X10:17 X12:19 X13:20 X14:21 X15:22 X16:23 X17:24 X18:25 "
-                                "X19:26 ";
-    const std::string values = "Z:8 Y:7 V1:1 V2:2 V3:3 V4:4 V5:5 V6:6 ";
-    const std::vector<std::pair<const char*, std::string>> cases = {
-        {"G13-6000", outputs + "X1A:27 X1B:28 X11:18 "},
-        {"G40-0000", outputs + "X1A:27 X1B:28 X11:18 "},
-        {"G18-3000", outputs + "X11:18 "},
-        {"G10-4000/5",
-         "X00:1 X01:2 X02:3 " + channels + "X0F:16 X10:17 X11:18 X12:19 X13:20 X14:21 "},
-        {"G13-0000", values},
-        {"G18-0000", values},
-        {"G10-4000", "Z:10 X:9 V1:1 V2:2 V3:3 V4:4 V5:5 V6:6 V7:7 V8:8 "},
-    };
-    ASSERT_EQ(cases.size(), nriModels().size());
-    for (const auto& [model, expected] : cases) {
-        EXPECT_EQ(joined(nriReadSteps(nriShape(model))), expected) << model;
-    }
-    const auto steps = nriReadSteps(nriShape("G13-0000"));
-    EXPECT_EQ(withNumbers(steps[0]) + "," + withNumbers(steps[1]) + "," + withNumbers(steps[2]),
-              "Z 1 29,Y 7 1,V1 8 1");
 }
 
 TEST(NriLayout, HandshakeBlocksBothWays) {
@@ -130,25 +91,12 @@ TEST(NriLayout, HandshakeBlocksBothWays) {
                   "Z11 102030405060 100\n");
 }
 
-TEST(NriLayout, TheOtherHandshakeModelsWriteWhatTheyHave) {
-    NriFields fields;
-    fields.valueMultiplier = 5;
-    fields.coinValues[12] = 50;
-    fields.routeText[0] = "210000000000";
-    for (int i = 0; i <= 5; ++i) fields.compensation[i] = 16 + i;
-    const std::string zeros(24, '0');
-    const std::string common = channelWrites() + "Z02 010219 0\nZ0F " + zeros + " 200\nZ10 05" +
-                               std::string(22, '0') + "0A 200\nZ12 " + zeros + " 200\nZ13 " +
-                               zeros + zeros + zeros + " 200\n";
-    const Date day{2025, 2, 1};
-    EXPECT_EQ(joined(nriWrites(nriShape("G13-6000"), sampleLimits(), fields, day)), common);
-    fields.compensationPresent = true;
-    EXPECT_EQ(joined(nriWrites(nriShape("G18-3000"), sampleLimits(), fields, day)),
-              common + "Z19 101112131415 0\nZ11 210000000000 100\n");
-
+TEST(NriLayout, TheTubesOfAG10) {
     const NriShape g10 = nriShape("G10-4000/5");
+    const Date day{2025, 2, 1};
+    NriFields fields;
     fields.header = "ABCDEF01";
-    fields.routeText[1] = "12345678";
+    fields.routeText = {"210000000000", "12345678"};
     fields.coinValues[1] = 5;
     fields.coinValues[8] = 10000;
     for (int tube = 13; tube <= 16; ++tube) fields.coinValues[tube] = tube;
