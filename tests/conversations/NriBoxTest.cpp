@@ -44,26 +44,6 @@ struct Bench : test::BoxWorld {
     }
 };
 
-TEST(NriOnTheBox, ASavedMemoryGoesIntoAnotherMech) {
-    for (const std::string_view model : listedModels(kNri)) {
-        Bench bench(model);
-        bench.prepare();
-        ASSERT_TRUE(bench.nri.programAndVerify()) << model;
-        ASSERT_TRUE(bench.nri.readMemory()) << model;
-        const std::string saved = bench.memory();
-        bench.prompts.chooseFile(bench.scratch.path / "saved.txt");
-        bench.nri.utilities().saveToFile();
-
-        Bench other(model);
-        EXPECT_NE(other.memory(), saved) << model;
-        other.prompts.chooseFile(bench.scratch.path / "saved.txt");
-        other.prompts.expect("Confirm", Answer::ok);
-        EXPECT_TRUE(other.nri.programmeFromFile()) << model;
-        EXPECT_EQ(other.memory(), saved) << model;
-        EXPECT_FALSE(other.box.inSerialMode()) << model;
-    }
-}
-
 // A fault at each of many places: whatever is said, serial mode is left, and a handshake mech is
 // never said to be programmed when it is not.
 TEST(NriOnTheBox, FaultsOfTheMechAtEveryStep) {

@@ -202,34 +202,6 @@ INSTANTIATE_TEST_SUITE_P(CoinControls, EveryCcWizard, ::testing::ValuesIn(kCcCas
 
 class CcWizards : public Wizards<CcRoad> {};
 
-TEST_F(CcWizards, WithoutTheOldMemoryNothingIsProgrammed) {
-    for (const auto& [model, fault] :
-         {std::pair{"450", Fault{.kind = Fault::Kind::wrongSum, .after = 40}},
-          std::pair{"Sentinel", Fault{.kind = Fault::Kind::mechRefuses, .after = 63}}}) {
-        SCOPED_TRACE(model);
-        openWizard(model, kCoinControls, "Coin 02");
-        const Words before = words();
-        box.addFault(fault);
-        press("cmdEditLimits");
-        ASSERT_TRUE(visible("frmPROM")) << last();
-        expectCommandMode();
-        technician.seen.clear();
-        box.clearTranscript();
-        click("frmPROM.cmdProgPROM");
-        EXPECT_EQ(last(), "Error|" + program->state().msgText(146));
-        loop.advance(milliseconds(50));
-        EXPECT_EQ(box.sentByPc(), "") << "refused before anything is sent";
-        EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
-        EXPECT_EQ(words(), before);
-        click("frmPROM.cmdRestore");
-        click("frmPROM.cmdProgPROM");
-        EXPECT_TRUE(technician.saw("EEPROM Verified OK")) << last();
-        EXPECT_EQ(words(), before);
-        program.reset();
-        technician.seen.clear();
-    }
-}
-
 // --- NRI -------------------------------------------------------------------------------------
 
 struct NriWizardCase {

@@ -133,36 +133,6 @@ class PlayerTest : public testing::Test {
     bool busy = false, over = false, unwound = false;
 };
 
-TEST_F(PlayerTest, UsesEveryKindOfControl) {
-    EXPECT_EQ(play(R"(
-choose frmTiny.cmbMech ME181
-expect frmTiny.lblState ME181
-choose frmTiny.cmbMech "#2"
-expect frmTiny.lblState ME111
-type frmTiny.txtProm_10 "12 ab"
-expect frmTiny.txtProm_10 "12 ab"
-type frmTiny.txtProm_10 ""
-expect frmTiny.txtProm_10 ""
-tick frmTiny.chkLog on
-expect frmTiny.chkLog on
-expect frmTiny.chkLog "Log Results"
-tab frmTiny.tabMaker "Coin & Controls"
-expect frmTiny.tabMaker "Coin & Controls"
-expect-part frmTiny.tabMaker "& Con"
-expect frmTiny.cmdGo Go
-expect frmTiny Tiny
-expect-enabled frmTiny.cmdOff no
-expect-visible frmTiny.cmdOff yes
-bench drop "A coin" 3
-close frmTiny
-expect-visible frmTiny no
-)"),
-              0)
-        << output;
-    EXPECT_EQ(benched, "drop A coin 3 ");
-    EXPECT_TRUE(printed("7: expect frmTiny.txtProm_10 \"12 ab\"  -> ok")) << output;
-}
-
 TEST_F(PlayerTest, ReadsTheColourThatTheProgramGave) {
     QPalette yellow = window.edit.palette();
     yellow.setColor(QPalette::Base, QColor(255, 255, 0));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace vantor::player {
 namespace {
 
@@ -83,43 +85,16 @@ TEST(ParseLine, ChecksNumberAndFormOfArguments) {
         EXPECT_EQ(command->line, 7);
     }
 
-    const std::string bad[] = {
-        "jump W.C",
-        "Click W.C",
-        "click",
-        "click W",
-        "click W.C.D",
-        "click W.",
-        "click .C",
-        "click W.C D",
-        "tick W.C yes",
-        "expect W.C",
-        "expect W.C a b",
-        "expect-enabled W.C on",
-        "await W.C x",
-        "await W.C x soon",
-        "await W.C x -1",
-        "sleep 1e3",
-        "sleep 86400001",
-        "sleep 99999999999999999999",
-        "answer maybe text",
-        "answer ok",
-        "expect-colour W.C red",
-        "bench",
-        "await-visible W.C",
-        "expect-colour W.C #12345g",
-        "shot ''",
-        "file",
-        "click W\xC3\xA4.C",
-        "sleep 1\x01",
-        "await-idle ' 5'",
-        "shot a b c",
-        "include",
-        "include a.vps A",
-        "include a.vps A.B=1",
-        "# ${NOBODY_GAVE_IT}",
-    };
-    for (const std::string& line : bad) {
+    // Separated by strokes.
+    std::istringstream bad(
+        "jump W.C|Click W.C|click|click W|click W.C.D|click W.|click .C|click W.C D|"
+        "tick W.C yes|expect W.C|expect W.C a b|expect-enabled W.C on|await W.C x|"
+        "await W.C x soon|await W.C x -1|sleep 1e3|sleep 86400001|"
+        "sleep 99999999999999999999|answer maybe text|answer ok|expect-colour W.C red|"
+        "bench|await-visible W.C|expect-colour W.C #12345g|shot ''|file|"
+        "click W\xC3\xA4.C|sleep 1\x01|await-idle ' 5'|shot a b c|include|"
+        "include a.vps A|include a.vps A.B=1|# ${NOBODY_GAVE_IT}");
+    for (std::string line; std::getline(bad, line, '|');) {
         const ParsedLine parsed = parseLine(line, 3);
         ASSERT_TRUE(std::holds_alternative<ScriptError>(parsed)) << line;
         EXPECT_EQ(std::get<ScriptError>(parsed).line, 3);

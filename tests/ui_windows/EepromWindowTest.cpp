@@ -38,7 +38,7 @@ TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {
         const char* model;
         std::array<int, 3> lines;  ///< of each view; 0 = boxes
     };
-    inEveryLanguage([this](const std::string& language) {
+    inEveryLanguage([this] {
         for (const Case& c :
              {Case{"C120", {8, 13, 15}}, Case{"220B", {8, 9, 3}}, Case{"335", {8, 17, 3}},
               Case{"450", {8, 13, 13}}, Case{"435", {16, 17, 0}}, Case{"Sentinel", {4, 9, 9}}}) {
@@ -54,10 +54,8 @@ TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {
                 EXPECT_EQ(W::control(window, "cmdProgramme")->isEnabled(), lines > 0);
                 EXPECT_EQ(W::control(window, "cmdRouting")->isEnabled(), lines == 0);
                 if (lines > 0) expectWhole(lines);
-                shoot(window,
-                      toQt("eeprom-" + language + "-" + c.model + "-") + QString::number(view));
             }
-            expectEveryTextFits();
+            EXPECT_EQ(W::cutTexts(window), "");
             utilities.closeWindow();
             expectClosedAndEmpty();
         }

@@ -57,7 +57,7 @@ TEST_F(NriWindow, ShowsEveryViewOfEveryModelWhole) {
                           {"G18-3000", {14, 16, 16}}, {"G10-4000/5", {14, 19}},
                           {"G10-4000", {10, 15}},     {"G13-0000", {8, 10}},
                           {"G18-0000", {8, 10}}};
-    inEveryLanguage([&](const std::string& language) {
+    inEveryLanguage([&] {
         for (const Case& c : cases) {
             SCOPED_TRACE(c.model);
             open(c.model);
@@ -68,10 +68,8 @@ TEST_F(NriWindow, ShowsEveryViewOfEveryModelWhole) {
             for (int view = 0; view < views; ++view) {
                 choose(view);
                 expectWhole(c.lines[static_cast<std::size_t>(view)]);
-                shoot(window, toQt("nri-" + language + "-" + std::to_string(view) + "-" +
-                                   std::string(c.model).substr(0, 8)));
             }
-            expectEveryTextFits();
+            EXPECT_EQ(W::cutTexts(window), "");
             utilities.closeWindow();
             expectClosedAndEmpty();
         }

@@ -83,7 +83,6 @@ TEST_F(ValtestWindowTest, AMarsMechShowsItsCoinsAndRejected) {
     const QPoint off = window.frameGeometry().center() - main.frameGeometry().center();
     EXPECT_LE(off.manhattanLength(), 2);
 
-    shoot(window, QStringLiteral("valtest-mars"));
     W::click(window, "cmdBack");
     EXPECT_FALSE(window.isVisible());
     EXPECT_TRUE(callers.inMain);
@@ -92,7 +91,6 @@ TEST_F(ValtestWindowTest, AMarsMechShowsItsCoinsAndRejected) {
 TEST_F(ValtestWindowTest, TenPositionsStandInOneColumnAndMoreInTwo) {
     open(kMars, "MS1000");
     EXPECT_EQ(left("lblCoin_0"), left("lblCoin_9"));
-    shoot(window, QStringLiteral("valtest-ms1000"));
     const int narrow = window.width();
     W::click(window, "cmdBack");
 
@@ -105,7 +103,6 @@ TEST_F(ValtestWindowTest, TenPositionsStandInOneColumnAndMoreInTwo) {
     EXPECT_GT(left("lblCoin_8"), left("lblCount_0"));
     EXPECT_TRUE(W::control(window, "lblCountText2")->isVisible());
     EXPECT_GT(window.width(), narrow);
-    shoot(window, QStringLiteral("valtest-g10"));
     EXPECT_EQ(w.base.prompts.beeps, 1);
 }
 
@@ -113,7 +110,6 @@ TEST_F(ValtestWindowTest, BinaryShowsCodesAndOutputBits) {
     open(kCoinControls, "335");
     EXPECT_TRUE(W::control(window, "frmOptions")->isVisible());
     EXPECT_TRUE(W::find<QRadioButton>(window, "optSingle")->isChecked());
-    shoot(window, QStringLiteral("valtest-335"));
     W::click(window, "optBinary");
     EXPECT_TRUE(W::find<QRadioButton>(window, "optBinary")->isChecked());
     EXPECT_TRUE(captions().ends_with("Coin 15|Coin 16|"));
@@ -123,7 +119,6 @@ TEST_F(ValtestWindowTest, BinaryShowsCodesAndOutputBits) {
     EXPECT_EQ(colour("shpBinary_0"), "#00ff00");
     EXPECT_EQ(colour("shpBinary_3"), "#e0e0e0");
     QApplication::processEvents();
-    shoot(window, QStringLiteral("valtest-335-binary"));
     W::click(window, "optSingle");
     EXPECT_EQ(captions(), "Coin A|Coin B|Coin C|Coin D|Coin E|");
     EXPECT_FALSE(W::control(window, "shpBinary_4")->isVisible());
@@ -141,12 +136,7 @@ TEST_F(ValtestWindowTest, TheFrameGoesBackUnlessAnActionRuns) {
 TEST_F(ValtestWindowTest, LongerLanguagesFit) {
     w.speakLongLanguage();
     open(kNri, "G10-4000");
-    for (QLabel* label : window.findChildren<QLabel*>()) {
-        if (label->isVisible()) {
-            EXPECT_GE(label->width(), label->sizeHint().width()) << fromQt(label->text());
-        }
-    }
-    shoot(window, QStringLiteral("valtest-long"));
+    EXPECT_EQ(W::cutTexts(window), "");
 }
 
 }  // namespace

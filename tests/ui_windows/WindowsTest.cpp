@@ -2,12 +2,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QProgressBar>
 #include <QRadioButton>
 #include <set>
-
-#include "catalogue/LanguageFile.h"
 
 namespace vantor::test {
 namespace {
@@ -88,7 +85,6 @@ TEST_F(Windows, MeasurementPanelFollowsTheModel) {
         for (const char* frame : {"frmPromSize", "frmPromSegments"}) {
             EXPECT_EQ(W::control(w.measure, frame)->isVisible(), c.promSocket);
         }
-        shoot(w.measure, QStringLiteral("measure-%1").arg(QLatin1String(c.name)));
         w.measure.closeWindow();
     }
 }
@@ -120,7 +116,6 @@ TEST_F(Windows, StatisticsShowACoinOrASlug) {
         EXPECT_FALSE(W::control(w.measure, gone)->isVisible()) << gone;
     }
     EXPECT_EQ(w.measure.sizeHint().height(), height) << "the panel jumps between layouts";
-    shoot(w.measure, QStringLiteral("measure-slug"));
 }
 
 TEST_F(Windows, RowsOfThePanelAreLevel) {
@@ -294,15 +289,15 @@ TEST_F(Windows, LimitsGridFollowsTheLayout) {
         std::size_t boxes, slugLabels;
         int rows;
         bool promSocket;
-        const char *display, *program, *shot;
+        const char *display, *program;
     };
     const Case cases[] = {
-        {kMars, "ME111", 36, 36, 6, true, "Display PROM Segment", "Program New PROM", "mars"},
-        {kCoinControls, "435", 80, 60, 8, false, "Display EEPROM Segment", "Program EEPROM", "cc"},
-        {kNri, "G13-6000", 72, 72, 6, false, "Display EEPROM Segment", "Program EEPROM", "nri"},
+        {kMars, "ME111", 36, 36, 6, true, "Display PROM Segment", "Program New PROM"},
+        {kCoinControls, "435", 80, 60, 8, false, "Display EEPROM Segment", "Program EEPROM"},
+        {kNri, "G13-6000", 72, 72, 6, false, "Display EEPROM Segment", "Program EEPROM"},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.shot);
+        SCOPED_TRACE(c.model);
         openLimits(c.maker, c.model);
         std::size_t boxes = 0;
         std::size_t slugs = 0;
@@ -322,7 +317,6 @@ TEST_F(Windows, LimitsGridFollowsTheLayout) {
         EXPECT_TRUE(W::control(w.limits, "optSeg_1")->isEnabled());
         EXPECT_FALSE(W::control(w.limits, "optSeg_2")->isEnabled());
         EXPECT_EQ(W::label(w.limits, "Label10_5"), "Slug 6");
-        shoot(w.limits, QStringLiteral("limits-%1").arg(QLatin1String(c.shot)));
     }
 }
 
@@ -393,7 +387,6 @@ TEST_F(Windows, ProgressWindow) {
     EXPECT_EQ(W::label(w.progress, "lblSegment"), " 2");
     EXPECT_EQ(W::find<QProgressBar>(w.progress, "prgProg")->value(), 11);
     EXPECT_EQ(W::find<QProgressBar>(w.progress, "prgProg")->maximum(), 16);
-    shoot(w.progress, QStringLiteral("progress"));
     w.progress.close();
     EXPECT_TRUE(w.progress.isVisible()) << "only the flow closes it";
     w.progress.openProgress("EEPROM Read", "READING EEPROM IN PROGRESS", false);
@@ -406,28 +399,6 @@ TEST_F(Windows, ProgressWindow) {
 
 // --- all windows
 
-/// Names of visible texts that get less room than they need.
-std::string cutTexts(QWidget& window) {
-    QApplication::processEvents();
-    std::string cut;
-    for (QWidget* control : window.findChildren<QWidget*>()) {
-        const bool text = qobject_cast<QLabel*>(control) || qobject_cast<QAbstractButton*>(control);
-        if (!text || !control->isVisible()) continue;
-        if (control->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) continue;
-        const auto* label = qobject_cast<QLabel*>(control);
-        const QSize need =
-            label && label->wordWrap() ? control->minimumSizeHint() : control->sizeHint();
-        if (control->width() < need.width() || control->height() < need.height()) {
-            cut += fromQt(control->objectName()) + " ";
-        }
-    }
-    for (QGroupBox* box : window.findChildren<QGroupBox*>()) {
-        const int title = box->fontMetrics().horizontalAdvance(box->title());
-        if (box->isVisible() && box->width() < title) cut += fromQt(box->objectName()) + " ";
-    }
-    return cut;
-}
-
 TEST_F(Windows, LongerLanguagesFit) {
     const std::pair<std::string_view, std::string_view> models[] = {
         {kMars, "ME111"}, {kCoinControls, "435"}, {kNri, "G13-6000"}};
@@ -435,27 +406,19 @@ TEST_F(Windows, LongerLanguagesFit) {
         if (language == "longer") {
             w.speakLongLanguage();
         } else {
-            w.state.messages.language = language;
-            loadLanguage(w.state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
-                         w.base.prompts, w.base.errors);
+            w.speak(language);
         }
-        const bool longer = language != "English";
-        const QString shot = toQt(language) + QLatin1Char('-');
         for (const auto& [maker, model] : models) {
             SCOPED_TRACE(std::string(model) + " " + language);
             openMeasure(maker, model);
             w.measure.setBackButton(445, true);
-            EXPECT_EQ(cutTexts(w.measure), "");
-            const QString suffix = QString::fromLatin1(model.data(), qsizetype(model.size()));
-            if (longer) shoot(w.measure, shot + QStringLiteral("measure-") + suffix);
+            EXPECT_EQ(W::cutTexts(w.measure), "");
             w.measure.showWizardChoices({.coinValue = true, .lines = maker == kNri});
             w.measure.showWizardPanel(true);
-            EXPECT_EQ(cutTexts(w.measure), "");
-            if (longer) shoot(w.measure, shot + QStringLiteral("wizard-") + suffix);
+            EXPECT_EQ(W::cutTexts(w.measure), "");
             w.measure.closeWindow();
             openLimits(maker, model);
-            EXPECT_EQ(cutTexts(w.limits), "");
-            if (longer) shoot(w.limits, shot + QStringLiteral("limits-") + suffix);
+            EXPECT_EQ(W::cutTexts(w.limits), "");
             w.limits.closeWindow();
         }
     }

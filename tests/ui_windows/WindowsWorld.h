@@ -2,16 +2,16 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPixmap>
 #include <cctype>
 
 #include "FakeFlows.h"
 #include "LinkWorld.h"
 #include "QuietFamily.h"
+#include "catalogue/LanguageFile.h"
 #include "catalogue/Text.h"
 #include "limits/frmPROM.h"
 #include "mars/frmProgramming.h"
@@ -93,6 +93,12 @@ struct WindowsWorld {
         }
     }
 
+    /// A language that there is a file of.
+    void speak(const std::string& language) {
+        state.messages.language = language;
+        loadLanguage(state.messages, std::filesystem::path(VANTOR_SOURCE_DIR) / "data",
+                     base.prompts, base.errors);
+    }
     /// A language whose texts are about 40 % longer than English.
     void speakLongLanguage() {
         for (const EnglishText& row : englishMessages()) {
@@ -112,6 +118,29 @@ struct WindowsWorld {
             }
         }
         return result;
+    }
+
+    /// Names of visible texts that get less room than they need.
+    static std::string cutTexts(QWidget& window) {
+        QApplication::processEvents();
+        std::string cut;
+        for (QWidget* control : window.findChildren<QWidget*>()) {
+            const bool text =
+                qobject_cast<QLabel*>(control) || qobject_cast<QAbstractButton*>(control);
+            if (!text || !control->isVisible()) continue;
+            if (control->sizePolicy().horizontalPolicy() == QSizePolicy::Ignored) continue;
+            const auto* label = qobject_cast<QLabel*>(control);
+            const QSize need =
+                label && label->wordWrap() ? control->minimumSizeHint() : control->sizeHint();
+            if (control->width() < need.width() || control->height() < need.height()) {
+                cut += fromQt(control->objectName()) + " ";
+            }
+        }
+        for (QGroupBox* box : window.findChildren<QGroupBox*>()) {
+            const int title = box->fontMetrics().horizontalAdvance(box->title());
+            if (box->isVisible() && box->width() < title) cut += fromQt(box->objectName()) + " ";
+        }
+        return cut;
     }
 
     /// Sample statistics of a half-gathered item.
@@ -186,14 +215,5 @@ struct WindowsWorld {
         limits.colourSlug(2, kCyan);
     }
 };
-
-/// A picture of the window in the folder that VANTOR_SHOTS names, if it names one.
-inline void shoot(QWidget& window, const QString& name) {
-    const QString folder = qEnvironmentVariable("VANTOR_SHOTS");
-    if (folder.isEmpty()) return;
-    QApplication::processEvents();
-    QDir().mkpath(folder);
-    window.grab().save(folder + QLatin1Char('/') + name + QStringLiteral(".png"));
-}
 
 }  // namespace vantor::test
