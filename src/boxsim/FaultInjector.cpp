@@ -95,6 +95,12 @@ int FaultInjector::struck() const {
     return count;
 }
 
+std::vector<int> FaultInjector::letThrough() const {
+    std::vector<int> counts;
+    for (const Armed& armed : armed_) counts.push_back(armed.seen);
+    return counts;
+}
+
 bool FaultInjector::cellSticks(int cell) {
     bool struck = false;
     for (Armed& armed : armed_) {

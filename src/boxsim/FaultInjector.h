@@ -67,6 +67,8 @@ class FaultInjector {
 
     /// How often anything has gone wrong since `clear`.
     [[nodiscard]] int struck() const;
+    /// How many events of its sort each fault let through before it struck, in the order of `add`.
+    [[nodiscard]] std::vector<int> letThrough() const;
 
   private:
     struct Armed {

@@ -454,6 +454,10 @@ int SimulatedBox::faultsStruck() const {
     return impl_->faults_.struck();
 }
 
+std::vector<int> SimulatedBox::faultsLetThrough() const {
+    return impl_->faults_.letThrough();
+}
+
 void SimulatedBox::unplug() {
     impl_->unplug("The device was removed");
 }

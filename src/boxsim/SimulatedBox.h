@@ -96,6 +96,9 @@ class SimulatedBox {
     void clearFaults();
     /// How often a fault has struck since they were cleared last.
     [[nodiscard]] int faultsStruck() const;
+    /// How many events of its sort each fault let through before it struck, in the order in which
+    /// they were added: with faults that never strike, how often they could have.
+    [[nodiscard]] std::vector<int> faultsLetThrough() const;
     void unplug();  ///< the port reports an error; nothing passes until replugged
     void replug();
 

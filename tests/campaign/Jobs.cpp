@@ -113,18 +113,19 @@ void Job::makeMemoryFile() {
     Dice dice(plan.detail);
     boxsim::SimulatedMech& mech = *world_.box.mech();
     const auto cells = mech.memory();
-    constexpr int kChanges = 5;
-    for (int i = 0; i < kChanges; ++i) {
-        const boxsim::MemoryCell& cell = dice.pick(std::span<const boxsim::MemoryCell>(cells));
+    for (const boxsim::MemoryCell& cell : cells) {
         std::string content = cell.content;
-        if (content.empty()) continue;
+        if (content.empty() || !dice.chance(40)) continue;
         // The last character of a word, or of a block of digits, may be any digit.
-        if (content.back() < '0' || content.back() > '9') continue;
+        const char old = content.back();
+        if ((old < '0' || old > '9') && !plan.is(kCoinControls)) continue;
         content.back() = static_cast<char>('0' + dice.between(0, 5));
+        if (content.back() == old) content.back() = '6';
         mech.setMemory(cell.number, content);
     }
     world_.hand.memoryFile = world_.file("memory.txt");
     writeFileWhole(world_.hand.memoryFile, mech.savedMemory());
+    world_.fileCells = mech.memory();
     world_.box.plugValidator(plan.model->maker, plan.model->code);
 }
 
@@ -180,7 +181,9 @@ bool Job::runCoinset() {
 bool Job::runWizard() {
     constexpr std::array kButtons = {"cmdEditLimits", "cmdAddReplace", "cmdSlugFix"};
     if (!test::visible("frmCoinMeasure1")) return false;
-    if (world_.plan.is(kMars) && !press("frmCoinMeasure1.opt2K")) return false;
+    if (world_.plan.is(kMars) &&
+        !press(world_.plan.oneK ? "frmCoinMeasure1.opt1K" : "frmCoinMeasure1.opt2K"))
+        return false;
     if (!press("frmCoinMeasure1.cmdSpecialUtilities")) return false;
     auto* log = test::widget<QAbstractButton>("frmCoinMeasure1.chkLog");
     if (pressable(log)) log->setChecked(world_.plan.log);
@@ -251,7 +254,10 @@ bool Job::programRouting() {
     choose("frmEEPROMdata.cmbDisplay", kOtherView);
     auto* path = test::widget<QLineEdit>("frmEEPROMdata.txtSort_0");
     if (pressable(path)) {
-        path->setText(QString(QChar('A' + static_cast<int>(world_.plan.detail % 4))));
+        const QChar old = path->text().isEmpty() ? QChar('A') : path->text().front();
+        const auto other = static_cast<char16_t>('A' + world_.plan.detail % 4);
+        path->setText(
+            QString(old == QChar(other) ? QChar(other == u'D' ? u'A' : u'D') : QChar(other)));
     }
     const std::size_t from = world_.prompts.seen.size();
     if (!press("frmEEPROMdata.cmdRouting")) return false;

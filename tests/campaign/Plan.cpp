@@ -15,104 +15,63 @@ using Kind = boxsim::Fault::Kind;
 constexpr std::array<std::string_view, kJobs> kJobNames = {
     "coinset", "wizard", "PROM copy", "clone", "from file", "routing", "validator test", "read"};
 
-constexpr int kBytes = 3000;  // about what one step of a job puts on the line
-constexpr int kAnswers = 300;
-constexpr int kWrites = 30;
+constexpr int kWhole = 10'000;
 constexpr int kLatest = 4000;  // ms, beyond every wait for a single answer
 
 constexpr std::array kRows = {
     FaultRow{.name = "none"},
-    FaultRow{.name = "byte lost",
-             .kind = Kind::dropByte,
-             .bytes = true,
-             .mostAfter = kBytes,
-             .mostTimes = 3},
-    FaultRow{.name = "byte repeated",
-             .kind = Kind::repeatByte,
-             .bytes = true,
-             .mostAfter = kBytes,
-             .mostTimes = 3},
-    FaultRow{.name = "bit flipped",
-             .kind = Kind::flipBit,
-             .bytes = true,
-             .mostAfter = kBytes,
-             .highValue = 7},
+    FaultRow{.name = "byte lost", .kind = Kind::dropByte, .bytes = true, .mostTimes = 3},
+    FaultRow{.name = "byte repeated", .kind = Kind::repeatByte, .bytes = true, .mostTimes = 3},
+    FaultRow{.name = "bit flipped", .kind = Kind::flipBit, .bytes = true, .highValue = 7},
     FaultRow{.name = "byte inserted",
              .kind = Kind::insertByte,
              .bytes = true,
-             .mostAfter = kBytes,
              .mostTimes = 3,
              .highValue = 255},
     FaultRow{.name = "byte late",
              .kind = Kind::delayByte,
              .bytes = true,
-             .mostAfter = kBytes,
              .mostTimes = 3,
              .lowValue = 5,
              .highValue = kLatest},
-    FaultRow{.name = "stall for ever", .kind = Kind::stall, .bytes = true, .mostAfter = kBytes},
-    FaultRow{.name = "line cut short",
-             .kind = Kind::cutLine,
-             .bytes = true,
-             .mostAfter = kBytes,
-             .mostTimes = 2},
-    FaultRow{.name = "unplugged", .kind = Kind::unplug, .bytes = true, .mostAfter = kBytes},
+    FaultRow{.name = "stall for ever", .kind = Kind::stall, .bytes = true},
+    FaultRow{.name = "line cut short", .kind = Kind::cutLine, .bytes = true, .mostTimes = 2},
+    FaultRow{.name = "unplugged", .kind = Kind::unplug, .bytes = true},
     FaultRow{.name = "answer too long",
              .kind = Kind::longReply,
-             .mostAfter = kAnswers,
              .mostTimes = 3,
              .lowValue = 1,
              .highValue = 4},
-    FaultRow{.name = "answer to the previous",
-             .kind = Kind::previousReply,
-             .mostAfter = kAnswers,
-             .mostTimes = 2},
-    FaultRow{.name = "box silent",
-             .kind = Kind::silentBox,
-             .mostAfter = 60,
-             .mostTimes = 40,
-             .always = true},
-    FaultRow{.name = "break lost", .kind = Kind::breakLost, .mostAfter = 4, .mostTimes = 3},
-    FaultRow{.name = "battery low",
-             .kind = Kind::batteryLow,
-             .mostAfter = 40,
-             .mostTimes = 3,
-             .always = true},
+    FaultRow{.name = "answer to the previous", .kind = Kind::previousReply, .mostTimes = 2},
+    FaultRow{.name = "box silent", .kind = Kind::silentBox, .mostTimes = 40, .always = true},
+    FaultRow{.name = "break lost", .kind = Kind::breakLost, .mostTimes = 3},
+    FaultRow{.name = "battery low", .kind = Kind::batteryLow, .mostTimes = 3, .always = true},
     FaultRow{.name = "acknowledgement lost",
              .kind = Kind::lostAck,
              .makers = "M",
              .writes = true,
-             .mostAfter = 40,
              .mostTimes = 3,
              .always = true},
     FaultRow{.name = "write that lies",
              .kind = Kind::lyingWrite,
              .writes = true,
-             .mostAfter = kWrites,
              .mostTimes = 3,
              .always = true},
     FaultRow{.name = "cell that sticks", .kind = Kind::stuckCell, .writes = true, .always = true},
     FaultRow{.name = "power lost in a write",
              .kind = Kind::powerLoss,
              .writes = true,
-             .mostAfter = kWrites,
              .lowValue = 50,
              .highValue = 20'000},
-    FaultRow{.name = "refusal",
-             .kind = Kind::mechRefuses,
-             .mostAfter = kAnswers,
-             .mostTimes = 5,
-             .always = true},
+    FaultRow{.name = "refusal", .kind = Kind::mechRefuses, .mostTimes = 5, .always = true},
     FaultRow{.name = "mech silent",
              .kind = Kind::mechSilent,
              .makers = "CN",
-             .mostAfter = kAnswers,
              .mostTimes = 5,
              .always = true},
     FaultRow{.name = "mech late",
              .kind = Kind::mechLate,
              .makers = "CN",
-             .mostAfter = kAnswers,
              .mostTimes = 5,
              .always = true,
              .lowValue = 20,
@@ -120,60 +79,53 @@ constexpr std::array kRows = {
     FaultRow{.name = "mech's answer short",
              .kind = Kind::mechCut,
              .makers = "CN",
-             .mostAfter = kAnswers,
              .mostTimes = 3,
              .highValue = 5},
-    FaultRow{.name = "wrong sum",
-             .kind = Kind::wrongSum,
-             .makers = "C",
-             .mostAfter = kAnswers,
-             .mostTimes = 3,
-             .always = true},
+    FaultRow{
+        .name = "wrong sum", .kind = Kind::wrongSum, .makers = "C", .mostTimes = 3, .always = true},
     FaultRow{.name = "no session",
              .kind = Kind::noSession,
              .makers = "CN",
-             .mostAfter = 4,
              .mostTimes = 5,
              .always = true},
 };
-
-/// How many cells can stick, and the number of the first.
-struct Cells {
-    int first = 0;
-    int last = 255;
-};
-
-Cells cellsOf(const MechModel& model) {
-    if (model.maker == kMars) return {0, 255};
-    if (model.maker == kNri) return {1, 20};
-    return {0, model.memorySize - 1};
-}
 
 bool writesMemory(JobKind job) {
     return job != JobKind::validatorTest && job != JobKind::utilitiesRead;
 }
 
-boxsim::Fault armed(const FaultRow& row, const MechModel& model, Dice& dice) {
+/// Some faults have no moment at which they could strike.
+bool canStrike(const FaultRow& row, const MechModel& model, JobKind job) {
+    if (row.makers.find(model.maker.front()) == std::string_view::npos) return false;
+    if (row.writes && !writesMemory(job)) return false;
+    if (!row.kind) return true;
+    switch (*row.kind) {
+        case Kind::mechRefuses:
+            return model.maker != kMars || writesMemory(job);
+        case Kind::wrongSum:
+            return model.code != "Sentinel";
+        case Kind::breakLost:
+            return model.maker != kMars;
+        default:
+            return true;
+    }
+}
+
+boxsim::Fault armed(const FaultRow& row, Dice& dice) {
     boxsim::Fault fault;
     if (!row.kind) return fault;
     fault.kind = *row.kind;
     if (row.bytes && dice.chance(50)) fault.where = boxsim::Fault::Where::fromPc;
-    fault.after = dice.spread(row.mostAfter);
     fault.times = row.mostTimes > 1 && dice.chance(40) ? dice.between(1, row.mostTimes) : 1;
     if (row.always && dice.chance(25)) fault.times = -1;
     fault.value = row.lowValue > 0 ? row.lowValue + dice.spread(row.highValue - row.lowValue)
                                    : dice.between(0, row.highValue);
-    if (row.kind == Kind::stuckCell) {
-        const Cells cells = cellsOf(model);
-        fault.value = dice.between(cells.first, cells.last);
-        fault.times = -1;
-    }
+    if (row.kind == Kind::stuckCell) fault.times = -1;
     return fault;
 }
 
 std::vector<Press> presses(int steps, Dice& dice) {
     constexpr std::array kCounts = {0, 0, 0, 0, 1, 1, 1, 1, 2, 4};
-    constexpr int kLatestPress = 60'000;
     constexpr std::array kWhats = {Press::What::cancel,    Press::What::cancel,
                                    Press::What::exit,      Press::What::closeWindow,
                                    Press::What::anyButton, Press::What::anyButton};
@@ -181,10 +133,30 @@ std::vector<Press> presses(int steps, Dice& dice) {
     for (int left = dice.pick(std::span<const int>(kCounts)); left > 0; --left) {
         all.push_back({.what = dice.pick(std::span<const Press::What>(kWhats)),
                        .step = dice.between(0, steps - 1),
-                       .atMs = dice.spread(kLatestPress),
+                       .share = dice.between(0, kWhole),
+                       .early = dice.chance(40),
                        .pick = static_cast<std::uint32_t>(dice.next() >> 32U)});
     }
     return all;
+}
+
+/// The coinsets of a model that the product comes with.
+std::vector<std::string> coinsetsOf(std::string_view model) {
+    std::string name(model);
+    std::ranges::replace(name, '/', '-');
+    std::vector<std::string> names = {name + "-Dorin.cst"};
+    if (model == "ME111") {
+        names.emplace_back("ME111-Dorin-2K.cst");
+        names.emplace_back("QZ-Tokens-ME111.cst");
+    }
+    return names;
+}
+
+/// A 1K PROM has room for what the job writes.
+bool fits1K(const Plan& plan) {
+    if (!plan.is(kMars) || plan.model->code == "ME181") return false;
+    if (plan.job == JobKind::wizard || plan.job == JobKind::utilitiesRead) return true;
+    return plan.model->code != "MS1400" && plan.coinset.find("-2K") == std::string::npos;
 }
 
 std::string_view inWords(Press::What what) {
@@ -238,19 +210,26 @@ Plan planOf(std::uint64_t seed) {
     plan.job = dice.pick(std::span<const JobKind>(jobs));
     std::vector<int> rows;
     for (std::size_t i = 0; i < kRows.size(); ++i) {
-        const bool meant = kRows.at(i).makers.find(maker.front()) != std::string_view::npos &&
-                           (writesMemory(plan.job) || !kRows.at(i).writes);
-        if (meant) rows.push_back(static_cast<int>(i));
+        if (canStrike(kRows.at(i), *plan.model, plan.job)) rows.push_back(static_cast<int>(i));
     }
     plan.fault = dice.pick(std::span<const int>(rows));
-    plan.armed = armed(plan.row(), *plan.model, dice);
+    plan.armed = armed(plan.row(), dice);
     const int steps = stepsOf(plan.job);
     plan.faultStep = plan.row().writes ? steps - 1 : dice.between(0, steps - 1);
-    plan.presses = presses(steps, dice);
+    plan.faultShare = dice.between(0, kWhole);
+    plan.faultEarly = dice.chance(30);
+    // A fault in the writing is worth little in a session that a press has ended before.
+    if (!plan.row().writes || dice.chance(30)) plan.presses = presses(steps, dice);
     plan.log = dice.chance(40);
     plan.bipolar = plan.is(kMars) && dice.chance(30);
     plan.oldFile = dice.chance(50);
-    plan.wizard = dice.between(0, 2);
+    plan.lineFeeds = dice.chance(15);
+    plan.lateReady = dice.chance(15);
+    const auto coinsets = coinsetsOf(plan.model->code);
+    plan.coinset = plan.job == JobKind::coinset ? dice.pick(std::span<const std::string>(coinsets))
+                                                : coinsets.front();
+    plan.oneK = fits1K(plan) && dice.chance(40);
+    if (plan.job == JobKind::wizard) plan.wizard = dice.between(0, 2);
     plan.detail = static_cast<std::uint32_t>(dice.next() >> 32U);
     return plan;
 }
@@ -259,7 +238,11 @@ std::string inWords(const Plan& plan) {
     std::string text = "seed " + std::to_string(plan.seed) + ": " + std::string(plan.model->maker) +
                        " " + std::string(plan.model->code) + ", " + std::string(jobName(plan.job));
     if (plan.job == JobKind::wizard) text += " " + std::to_string(plan.wizard + 1);
+    if (plan.coinset.find("-Dorin.cst") == std::string::npos) text += ", " + plan.coinset;
+    if (plan.oneK) text += ", 1K";
     if (plan.bipolar) text += ", bipolar";
+    if (plan.lineFeeds) text += ", line feeds";
+    if (plan.lateReady) text += ", ready at the end of the break";
     if (plan.log) text += ", logged";
     text += "; " + std::string(plan.row().name);
     if (plan.row().kind) {

@@ -34,7 +34,6 @@ struct FaultRow {
     std::string_view makers = "MCN";            ///< initials of those that it concerns
     bool bytes = false;                         ///< on either way of the line
     bool writes = false;                        ///< of memory, so that only some jobs know it
-    int mostAfter = 0;
     int mostTimes = 1;
     bool always = false;  ///< now and then it does not end
     int lowValue = 0;
@@ -47,7 +46,9 @@ struct Press {
     enum class What { cancel, exit, closeWindow, anyButton };
     What what = What::cancel;
     int step = 0;            ///< of the job
-    int atMs = 0;            ///< after the step began
+    int share = 0;           ///< of the time that the step takes undisturbed, in 10 000ths
+    bool early = false;      ///< in the first second, where most is begun
+    int atMs = 0;            ///< after the step began; known when the job was rehearsed
     std::uint32_t pick = 0;  ///< which of those that are there
 };
 
@@ -56,13 +57,19 @@ struct Plan {
     std::uint64_t seed = 0;
     const MechModel* model = nullptr;
     JobKind job = JobKind::coinset;
-    int fault = 0;          ///< row of `faultRows`
-    boxsim::Fault armed{};  ///< as it is given to the box
-    int faultStep = 0;      ///< the step of the job at whose beginning the fault is armed
+    int fault = 0;            ///< row of `faultRows`
+    boxsim::Fault armed{};    ///< as it is given to the box, but for its moment
+    int faultStep = 0;        ///< the step of the job at whose beginning the fault is armed
+    int faultShare = 0;       ///< of the moments of that step at which it can strike, in 10 000ths
+    bool faultEarly = false;  ///< among the first of them
     std::vector<Press> presses{};
     bool log = false;          ///< the results are logged
     bool bipolar = false;      ///< Mars: a bipolar PROM
     bool oldFile = false;      ///< the file that is saved exists already
+    bool lineFeeds = false;    ///< the box ends its lines in CR LF
+    bool lateReady = false;    ///< the box says that it is back at the end of the break
+    std::string coinset{};     ///< file name in the folder of the coinsets
+    bool oneK = false;         ///< Mars: a 1K PROM
     int wizard = 0;            ///< 0 edit limits, 1 add or replace, 2 slug fix
     std::uint32_t detail = 0;  ///< the channel of a wizard, the words of a file
 

@@ -89,7 +89,7 @@ class Campaign {
             if (!worker.over) kill(worker.process, SIGKILL);
         }
         report();
-        return static_cast<int>(violations_.size());
+        return static_cast<int>(violations_.size() + table_.neverStruck().size());
     }
 
   private:
@@ -215,6 +215,9 @@ class Campaign {
             for (const std::string& what : whats) std::printf("    %s\n", what.c_str());
             std::printf("    ./campaign --only %llu --verbose\n",
                         static_cast<unsigned long long>(seed));
+        }
+        for (const std::string& fault : table_.neverStruck()) {
+            std::printf("never struck: %s\n", fault.c_str());
         }
         std::printf("%zu sessions with violations\n", violations_.size());
     }

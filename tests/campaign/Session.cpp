@@ -2,6 +2,7 @@
 
 #include "Jobs.h"
 #include "Oracle.h"
+#include "Rehearsal.h"
 #include "User.h"
 #include "WorstCase.h"
 #include "link/ProgrammerLink.h"
@@ -13,13 +14,20 @@ using std::chrono::milliseconds;
 namespace {
 
 constexpr milliseconds kBetweenSteps{300};
+/// A mech may still be dead for a while, and a clean run reads what a disturbed one had not.
+constexpr std::chrono::seconds kSlack{20};
 /// What was written last leaves the line, and the box has answered.
 constexpr milliseconds kLineClear{60};
 
 class Session {
   public:
-    explicit Session(const Plan& plan)
-        : plan_(plan), world_(plan), oracle_(world_), job_(world_), user_(world_) {}
+    Session(const Plan& plan, const Rehearsal& rehearsal)
+        : plan_(plan),
+          rehearsal_(rehearsal),
+          world_(plan),
+          oracle_(world_),
+          job_(world_),
+          user_(world_) {}
 
     Outcome run() {
         if (!world_.start()) oracle_.violation("(c) the program did not start");
@@ -36,28 +44,35 @@ class Session {
     }
 
   private:
-    /// All steps of the job, within their worst case.
-    template <class BeforeStep>
-    void perform(Micros allowance, BeforeStep&& beforeStep) {
-        for (int step = 0; step < stepsOf(plan_.job); ++step) {
-            allowance += worstCase(plan_, step) + kBetweenSteps;
-        }
-        const Micros began = world_.loop.now();
-        const EventLoop::TimerId watchdog = world_.loop.callAfter(allowance, [this] {
-            oracle_.violation("(b) not at its end within the worst case");
-            if (world_.program) world_.program->link().endProgram();
-        });
+    /// All steps of the job, each within its worst case.
+    template <class BeforeStep, class Extra>
+    void perform(Extra&& extra, BeforeStep&& beforeStep) {
         for (int step = 0; step < stepsOf(plan_.job) && !world_.ended(); ++step) {
+            const Micros allowance = worstCase(plan_, step) + kBetweenSteps + extra(step);
+            const Micros began = world_.loop.now();
+            const EventLoop::TimerId watchdog = world_.loop.callAfter(allowance, [this] {
+                oracle_.violation("(b) not at its end within the worst case");
+                if (world_.program) world_.program->link().endProgram();
+            });
             beforeStep(step);
             const bool performed = job_.perform(step);
             rest(allowance);
             world_.loop.advance(kBetweenSteps);
             rest(allowance);
+            world_.loop.cancel(watchdog);
+            const auto used = 100 * (world_.loop.now() - began) / allowance;
+            outcome_.usedPercent = std::max(outcome_.usedPercent, static_cast<int>(used));
             if (!performed) break;
         }
-        world_.loop.cancel(watchdog);
-        const auto used = 100 * (world_.loop.now() - began) / allowance;
-        outcome_.usedPercent = std::max(outcome_.usedPercent, static_cast<int>(used));
+    }
+
+    /// A stray press may begin another action; whatever else it does is soon over.
+    [[nodiscard]] Micros pressesOf(int step) const {
+        Micros sum{};
+        for (const Press& press : plan_.presses) {
+            if (press.step == step) sum += longestAction(plan_);
+        }
+        return sum;
     }
 
     void rest(Micros limit) {
@@ -65,17 +80,22 @@ class Session {
     }
 
     void disturbedJob() {
-        const auto presses = static_cast<int>(plan_.presses.size());
-        perform(presses * longestAction(plan_), [this](int step) {
-            user_.setOut(step);
-            if (step == plan_.faultStep && plan_.row().kind) world_.box.addFault(plan_.armed);
-        });
+        perform([this](int step) { return pressesOf(step); },
+                [this](int step) {
+                    user_.setOut(step);
+                    if (step == plan_.faultStep && plan_.row().kind) {
+                        world_.box.addFault(plan_.armed);
+                    }
+                });
         user_.restrain();
         world_.loop.advance(kLineClear);
         outcome_.done = job_.done();
         outcome_.ended = world_.ended();
         outcome_.struck = world_.box.faultsStruck();
         outcome_.pressed = user_.pressed();
+        if (!outcome_.done && outcome_.struck == 0 && outcome_.pressed == 0) {
+            oracle_.violation("(c) refused, though nothing was wrong");
+        }
         oracle_.atRest();
         oracle_.files(false);
         outcome_.story = world_.prompts.seen;
@@ -92,7 +112,12 @@ class Session {
         }
         world_.box.clearFaults();
         world_.box.replug();
-        world_.box.replugValidator();
+        if (outcome_.done) {
+            // Another mech to be programmed, or nothing would be left to write.
+            world_.box.plugValidator(plan_.model->maker, plan_.model->code);
+        } else {
+            world_.box.replugValidator();
+        }
         world_.prompts.seen.clear();
     }
 
@@ -108,7 +133,11 @@ class Session {
         }
         oracle_.expectHealthy();
         world_.prompts.seen.clear();
-        perform(Micros{0}, [](int) {});
+        const Micros began = world_.loop.now();
+        perform([](int) { return Micros{0}; }, [](int) {});
+        if (world_.loop.now() - began > rehearsal_.length() * 3 / 2 + kSlack) {
+            oracle_.violation("(b) a clean run takes far longer than an undisturbed one");
+        }
         world_.loop.advance(kLineClear);
         if (!job_.done()) {
             const auto& seen = world_.prompts.seen;
@@ -117,9 +146,22 @@ class Session {
         }
         oracle_.atRest();
         oracle_.files(true);
-        if (!world_.ended() && !user_.goHome())
+        if (!world_.ended() && !user_.goHome()) {
             oracle_.violation("(c) no way home from a clean run");
+        }
+        expectSilence();
         noteFingerprint();
+    }
+
+    /// At home nobody speaks to the box.
+    void expectSilence() {
+        if (world_.ended()) return;
+        world_.loop.advance(kLineClear);
+        const std::size_t before = world_.box.transcript().size();
+        world_.loop.advance(std::chrono::seconds(3));
+        if (world_.box.transcript().size() != before) {
+            oracle_.violation("(c) the line is not quiet when nothing runs");
+        }
     }
 
     void noteFingerprint() {
@@ -135,6 +177,7 @@ class Session {
     }
 
     const Plan& plan_;
+    const Rehearsal& rehearsal_;
     World world_;
     Oracle oracle_;
     Job job_;
@@ -145,8 +188,14 @@ class Session {
 
 }  // namespace
 
-Outcome runSession(const Plan& plan) {
-    return Session(plan).run();
+Outcome runSession(const Plan& drawn) {
+    Plan plan = drawn;
+    const Rehearsal& rehearsal = rehearsalOf(plan);
+    rehearsal.place(plan);
+    Outcome outcome = Session(plan, rehearsal).run();
+    outcome.story.insert(outcome.story.begin(), inWords(plan));
+    if (!rehearsal.done()) outcome.violations.push_back("(c) the undisturbed job fails");
+    return outcome;
 }
 
 }  // namespace vantor::campaign

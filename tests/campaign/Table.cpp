@@ -31,6 +31,20 @@ void Table::add(const Plan& plan, bool struck, bool disturbed, bool done, bool v
               .struck = struck ? 1 : 0});
 }
 
+std::vector<std::string> Table::neverStruck() const {
+    constexpr int kEnough = 30;
+    std::vector<std::string> names;
+    for (std::size_t fault = 0; fault < cells_.size(); ++fault) {
+        Cell sum;
+        for (const Cell& cell : cells_[fault]) sum.add(cell);
+        const bool isFault = faultRows()[fault].kind.has_value();
+        if (isFault && sum.sessions >= kEnough && sum.struck == 0) {
+            names.emplace_back(faultRows()[fault].name);
+        }
+    }
+    return names;
+}
+
 std::string Table::text() const {
     std::string head = "| fault |";
     std::string rule = "| --- |";

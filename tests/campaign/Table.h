@@ -16,6 +16,8 @@ class Table {
     void add(const Plan& plan, bool struck, bool disturbed, bool done, bool violated);
     /// Markdown: a row per fault, a column per job, and the sums.
     [[nodiscard]] std::string text() const;
+    /// Faults that were drawn often and found no moment: the campaign says nothing about them.
+    [[nodiscard]] std::vector<std::string> neverStruck() const;
 
   private:
     struct Cell {
@@ -23,6 +25,8 @@ class Table {
 
         void add(const Cell& other);
         [[nodiscard]] std::string text() const;
+        /// Faults that were drawn often and found no moment: the campaign says nothing about them.
+        [[nodiscard]] std::vector<std::string> neverStruck() const;
     };
 
     std::vector<std::array<Cell, kJobs>> cells_;

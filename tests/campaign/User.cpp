@@ -66,6 +66,7 @@ User::~User() {
 }
 
 void User::setOut(int step) {
+    restrain();
     for (const Press& press : world_.plan.presses) {
         if (press.step != step) continue;
         timers_.push_back(
@@ -95,7 +96,12 @@ void User::press(const Press& press) {
             found = anyButton(press.pick);
             break;
     }
-    if (found) ++pressed_;
+    constexpr milliseconds kLookAgain{20};
+    if (found) {
+        ++pressed_;
+    } else {
+        timers_.push_back(world_.loop.callAfter(kLookAgain, [this, press] { this->press(press); }));
+    }
 }
 
 bool User::cancel() {

@@ -27,6 +27,7 @@ class User {
     std::vector<std::string> deeds;  ///< for people
 
   private:
+    /// Until the step is over it is tried again: something to press comes into sight.
     void press(const Press& press);
     bool cancel();
     bool exit();

@@ -13,12 +13,6 @@ namespace {
 constexpr Micros kStartUp = std::chrono::seconds(30);
 constexpr int kWords = 512;
 
-std::string coinsetOf(std::string_view model) {
-    std::string name(model);
-    std::ranges::replace(name, '/', '-');
-    return name + "-Dorin.cst";
-}
-
 }  // namespace
 
 World::World(const Plan& of)
@@ -30,13 +24,14 @@ World::World(const Plan& of)
     box.plugValidator(plan.model->maker, plan.model->code);
     writeFileWhole(file("config0000.txt"), kConfig);
     hand.asked = [this] { return prompts.open > 0; };
-    hand.promWords = kWords;
-    hand.oldProm = test::oldProm(plan.model->code == "ME181", kWords);
+    box.setLineFeeds(plan.lineFeeds);
+    box.setReadyAtBreakEnd(plan.lateReady);
+    hand.promWords = plan.oneK ? kWords / 2 : kWords;
+    hand.oldProm = test::oldProm(plan.model->code == "ME181", hand.promWords);
     hand.wizardCoin = "20 Pell";
     hand.wizardSlug = "Plated Disc";
     hand.log = file("results.csv");
-    hand.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" /
-                   coinsetOf(plan.model->code);
+    hand.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / plan.coinset;
 }
 
 World::~World() {

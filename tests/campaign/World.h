@@ -12,6 +12,7 @@
 #include "WatchedPrompts.h"
 #include "app/Program.h"
 #include "boxsim/SimulatedBox.h"
+#include "boxsim/SimulatedMech.h"
 #include "platform/VirtualEventLoop.h"
 
 namespace vantor::campaign {
@@ -42,7 +43,8 @@ class World {
     WatchedPrompts prompts{loop};
     std::unique_ptr<Program> program;
     test::BenchHand hand{loop, box};
-    std::function<void()> onTurn;  ///< every turn of the event loop
+    std::vector<boxsim::MemoryCell> fileCells;  ///< the memory that the memory file was made of
+    std::function<void()> onTurn;               ///< every turn of the event loop
 
     static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
 

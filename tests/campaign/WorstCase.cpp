@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <string>
 
 namespace vantor::campaign {
 
@@ -62,7 +64,6 @@ constexpr int kTimings = 6 * 2 * kReply + kQuestion;
 
 // --- the technician: so long for one item, then Cancel Operation
 constexpr int kItem = 60'000;
-constexpr int kItems = 24;
 
 int openSession(const Plan& plan) {
     if (plan.is(kNri)) return kSetUpNri;
@@ -113,13 +114,23 @@ int test(const Plan& plan) {
     return kWake + 6 * kReply + kTimings + openSession(plan) + closeSession(plan) + kQuestion;
 }
 
+/// Coins and slugs of the coinset, each on a line of its own.
+int itemsOf(const Plan& plan) {
+    std::ifstream in(std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / plan.coinset);
+    int items = 0;
+    for (std::string line; std::getline(in, line);) {
+        items += line.starts_with("C") || line.starts_with("S,");
+    }
+    return items;
+}
+
 int stepMs(const Plan& plan, int step) {
     constexpr int kDrops = 4 * 600;
     switch (plan.job) {
         case JobKind::coinset:
         case JobKind::promCopy:
             return step == 0   ? begin(plan)
-                   : step == 1 ? measure(plan, kItems)
+                   : step == 1 ? measure(plan, itemsOf(plan))
                                : programMemory(plan);
         case JobKind::wizard:
             return step == 0   ? begin(plan)
@@ -148,7 +159,7 @@ Micros worstCase(const Plan& plan, int step) {
 
 Micros longestAction(const Plan& plan) {
     // A coinset run that begins with a clone outlasts everything else but opening a window.
-    const int run = measure(plan, kItems) + readMemory(plan) + programMemory(plan);
+    const int run = measure(plan, itemsOf(plan)) + readMemory(plan) + programMemory(plan);
     return std::chrono::milliseconds(std::max({run, begin(plan) + readMemory(plan), test(plan)}));
 }
 

@@ -61,10 +61,10 @@ class Session : public Road {
     }
     /// What is on its way arrives.
     void rest() { loop.advance(std::chrono::milliseconds(50)); }
-    /// The program hangs up, which takes a break's time.
+    /// The program hangs up, which takes a break's time; the port lets all that was written leave.
     void end() {
         (void)loop.runUntil([this] { return endings > 0; }, std::chrono::seconds(1));
-        rest();
+        loop.advance(std::chrono::milliseconds(150));
     }
     void expectUsable(const std::string& moment) {
         rest();
