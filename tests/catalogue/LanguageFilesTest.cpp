@@ -19,39 +19,35 @@ struct Range {
 };
 
 /// Captions of buttons, frames, labels and list entries.
-constexpr auto kCaptions = std::to_array<Range>({
-    {411, 411},
-    {425, 428},
-    {433, 434},
-    {436, 437},
-    {444, 446},
-    {471, 472},
-    {510, 549},
-    {750, 768},
-    {850, 876},
-    {970, 977},
-    {1226, 1233},
-    {1237, 1238},
-    {1250, 1284},
-    {1306, 1312},
-    {1350, 1356},
-    {1420, 1448},
-});
+constexpr auto kCaptions = std::to_array<Range>({{411, 411},
+                                                 {425, 428},
+                                                 {433, 434},
+                                                 {436, 437},
+                                                 {444, 446},
+                                                 {471, 472},
+                                                 {510, 549},
+                                                 {750, 768},
+                                                 {850, 876},
+                                                 {970, 977},
+                                                 {1226, 1233},
+                                                 {1237, 1238},
+                                                 {1250, 1284},
+                                                 {1306, 1312},
+                                                 {1350, 1356},
+                                                 {1420, 1448}});
 
 /// Abbreviations of the makers, legends of codes and names that no language translates.
-constexpr auto kCodes = std::to_array<Range>({
-    {144, 144},
-    {151, 152},
-    {235, 255},
-    {479, 479},
-    {812, 812},
-    {852, 855},
-    {911, 911},
-    {929, 934},
-    {936, 941},
-    {1214, 1214},
-    {1279, 1279},
-});
+constexpr auto kCodes = std::to_array<Range>({{144, 144},
+                                              {151, 152},
+                                              {235, 255},
+                                              {479, 479},
+                                              {812, 812},
+                                              {852, 855},
+                                              {911, 911},
+                                              {929, 934},
+                                              {936, 941},
+                                              {1214, 1214},
+                                              {1279, 1279}});
 
 /// Texts of more than one word that may read the same in another language.
 constexpr auto kCognates = std::to_array<Range>({{518, 523}, {1445, 1447}});

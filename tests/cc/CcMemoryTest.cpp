@@ -273,15 +273,6 @@ TEST(CcWrite, EndsAtTheFirstWordThatFailsAndSaysSo) {
     }
 }
 
-TEST(CcWrite, ASentinelThatDoesNotOpenIsSentNothingFurther) {
-    CcWorld world("Sentinel");
-    world.box.openingsIgnored = 1;
-    world.cc.memory().writeCcEeprom();
-    EXPECT_EQ(world.port.sent, kSentinelOpening);
-    EXPECT_EQ(world.told(), "");
-    EXPECT_FALSE(world.progress.open);
-}
-
 // --- programming and verifying -----------------------------------------------------------------
 
 TEST(CcProgramme, WritesReadsAgainAndComparesBetweenJAndW) {

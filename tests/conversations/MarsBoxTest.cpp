@@ -37,28 +37,6 @@ struct Bench : test::BoxWorld {
 
 using boxsim::Fault;
 
-TEST(MarsOnTheBox, FaultsOnTheWay) {
-    struct Case {
-        const char* what;
-        Fault fault;
-        const char* outcome;
-    };
-    for (const Case& c : {Case{"an acknowledgement lost",
-                               {.kind = Fault::Kind::lostAck, .after = 3},
-                               "Verify PROM OK"},
-                          Case{"a cell that sticks",
-                               {.kind = Fault::Kind::stuckCell, .times = -1, .value = 1},
-                               "Verify PROM FAILED"},
-                          Case{"a box gone silent",
-                               {.kind = Fault::Kind::silentBox, .after = 3, .times = -1},
-                               "Verify PROM FAILED"}}) {
-        Bench bench("ME111");
-        bench.box.addFault(c.fault);
-        EXPECT_EQ(bench.programE1(), c.outcome == std::string("Verify PROM OK")) << c.what;
-        EXPECT_EQ(bench.prompts.asked.back().text, c.outcome) << c.what;
-    }
-}
-
 TEST(MarsOnTheBox, NoDamageOfTheLineMakesABadPromGood) {
     // Cell 1 is wrong; the fault then walks over the line that would say so.
     constexpr int kAcknowledgedBytes = 2 * 16;

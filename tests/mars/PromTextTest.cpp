@@ -92,26 +92,6 @@ TEST(PromText, LimitsByCoin) {
     }
 }
 
-TEST(PromText, LimitsAndValuesOfAnMe181) {
-    MarsWorld world("ME181", 1);
-    world.state.prom.segmentSelected[1] = true;
-    const std::array<int, 12> values = {5, 10, 20, 50, 100, 200, 255, 1, 2, 17, 0, 64};
-    for (int channel = 1; channel <= 12; ++channel) {
-        world.state.nriNew.newCoinValue[channel] = values.at(static_cast<std::size_t>(channel - 1));
-    }
-    world.setSampleSegment(7);
-    const MechImage& image = world.state.images.next;
-    EXPECT_EQ(promLimitsText(kEnglish, decodePromLimits(image, layoutOf("ME181"), 0), 0),
-              kHeadings + emptyLimits('1') + sampleLimits('2'));
-    EXPECT_EQ(promValuesText(kEnglish, marsCoinValues(image)),
-              "Values  A   B   C   D   E   F\r\n"
-              "    L   005 010 020 050 100 200 \r\n"
-              "    H   255 001 002 017 000 064 ");
-    // The block of segment 1 begins in the upper half of the lower 256 addresses.
-    EXPECT_EQ(promRawText(image, 0).substr(0, 37), "00 F 0 8 C 4 6 0 0 2 3 0 0 0 0 0 0 \r\n");
-    EXPECT_EQ(promRawText(image, 0).substr(8 * 37, 9), "80 F 0 0 ");
-}
-
 TEST(PromText, TheViewsFollowModelAndSize) {
     struct Case {
         const char* model;

@@ -35,14 +35,6 @@ TEST(NriFamily, TheCheckFindsTheMechAndLeavesSerialMode) {
     EXPECT_TRUE(world.inCommandMode());
 }
 
-TEST(NriFamily, TheValidatorTestKeepsTheSerialMode) {
-    NriWorld world("G10-4000");
-    EXPECT_TRUE(world.nri.prepareValidatorTest());
-    EXPECT_TRUE(world.state.box.serialModeFlag);
-    world.mech.identity.clear();
-    EXPECT_FALSE(world.nri.prepareValidatorTest());
-}
-
 // --- readings ------------------------------------------------------------------------------
 
 TEST(NriReadings, AHandshakeMechUntilNoCoinRemains) {

@@ -133,21 +133,6 @@ class PlayerTest : public testing::Test {
     bool busy = false, over = false, unwound = false;
 };
 
-TEST_F(PlayerTest, ReadsTheColourThatTheProgramGave) {
-    QPalette yellow = window.edit.palette();
-    yellow.setColor(QPalette::Base, QColor(255, 255, 0));
-    window.edit.setPalette(yellow);
-    QPalette blue = window.label.palette();
-    blue.setColor(QPalette::WindowText, QColor(0, 0, 255));
-    window.label.setPalette(blue);
-    EXPECT_EQ(play("expect-colour frmTiny.txtProm_10 #FFFF00\n"
-                   "expect-colour frmTiny.lblState #0000ff\n"
-                   "print frmTiny.txtProm_10"),
-              0)
-        << output;
-    EXPECT_TRUE(printed("text=\"\"  enabled=yes  visible=yes  colour=#ffff00")) << output;
-}
-
 TEST_F(PlayerTest, GoesOnAfterAFailedExpectationOnly) {
     EXPECT_EQ(play("expect frmTiny.lblState busy\nexpect frmTiny.lblState idle\nbench expect-no"),
               1);

@@ -78,25 +78,6 @@ TEST_F(MainWindowTest, WhileACheckRunsOnlyExitIsEnabledAndOtherClicksDoNothing) 
     EXPECT_FALSE(port.isOpen());
 }
 
-TEST_F(MainWindowTest, ASilentBoxOffersTheWayBackOrTheEnd) {
-    for (const bool cancel : {false, true}) {
-        whenReady([this] {
-            box.setSilent(true);
-            click("frmMain.cmdMars");
-        });
-        hands.answer("No Response from Programmer Box",
-                     cancel ? QMessageBox::Cancel : QMessageBox::Ok);
-        if (program == nullptr) {
-            run();
-        } else {
-            hands.start(kLimit, [this] { program->link().endProgram(); });
-            loop.runUntil([this] { return endings > 0; }, kLimit);
-        }
-        EXPECT_EQ(endings, cancel ? 1 : 0);
-        EXPECT_EQ(mainReady(), !cancel);
-    }
-}
-
 TEST_F(MainWindowTest, TheButtonsOfABoxSpeakTheLanguageOfItsText) {
     write("Deutsch.txt", "122, Keine Antwort\r\n859, Abbrechen\r\n");
     writeConfig("\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n");

@@ -157,16 +157,6 @@ TEST_F(QtPromptsTest, ButtonsFollowTheLanguageWhereItHasWords) {
         });
     EXPECT_EQ(prompts.ask({.title = "T", .text = "question", .buttons = PromptButtons::okCancel}),
               Answer::cancel);
-    hands.when(
-        "the other box", [] { return box("Press YES") != nullptr; },
-        [] {
-            QMessageBox* open = box("Press YES");
-            EXPECT_EQ(open->button(QMessageBox::Cancel)->text().remove(u'&'), u"Cancel");
-            press(open, QMessageBox::No);
-        });
-    EXPECT_EQ(
-        prompts.ask({.title = "T", .text = "Press YES", .buttons = PromptButtons::yesNoCancel}),
-        Answer::no);
 }
 
 TEST_F(QtPromptsTest, AnEndingProgramClosesBoxesAndFileDialogs) {

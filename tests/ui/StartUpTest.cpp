@@ -108,14 +108,6 @@ TEST_F(StartUpTest, ChoosingAPortClosesTheOneThatIsOpen) {
     EXPECT_EQ(endings, 1);
 }
 
-TEST_F(StartUpTest, ADamagedConfigurationMeansPortOneAndEnglish) {
-    writeConfig(std::string("\x00\xFF\"COM?\",,\"\"\"", 11));
-    run();
-    EXPECT_TRUE(mainReady());
-    EXPECT_EQ(program->state().link.portNumber, 1);
-    EXPECT_EQ(program->state().messages.language, "English");
-}
-
 TEST_F(StartUpTest, ASecondCopyEndsBeforeAnyPortIsTouched) {
     writeConfig(kPlainConfig);
     guard.only = false;

@@ -233,25 +233,6 @@ TEST(ValidatorTest, CoinsAfterBackSoundAndMarkNothing) {
 
 // --- opening, failing and going back
 
-TEST(ValidatorTest, BackReturnsToTheWindowItWasOpenedFrom) {
-    {
-        ValtestWorld world(kMars, "ME111");
-        world.openFromMain();
-        world.test.back();
-        EXPECT_EQ(world.callers.log, "main hidden, to main, buttons on, ");
-        EXPECT_FALSE(world.window.visible);
-        EXPECT_EQ(world.window.unloads, 1);
-    }
-    ValtestWorld world(kNri, "G40-0000");
-    world.port.answer("*", "D\r");
-    world.test.openFromLimits(1221);
-    EXPECT_EQ(world.window.chosenVariant, 2);
-    EXPECT_EQ(world.sent(), "OJC08*OC08JN");
-    EXPECT_EQ(world.captions(), kFive);
-    world.test.back();
-    EXPECT_EQ(world.callers.log, "buttons off, limits hidden, to limits, buttons on, ");
-}
-
 TEST(ValidatorTest, WithoutAValidatorTheTestDoesNotOpen) {
     struct Row {
         std::string_view maker, model;
