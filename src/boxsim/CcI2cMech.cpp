@@ -322,6 +322,10 @@ std::optional<int> CcI2cMech::channelFor(const CoinReading& reading,
     return words_.channelOf(model_.windows, model_.parameters, reading);
 }
 
+std::vector<ByteWindow> CcI2cMech::windows(int channel) const {
+    return words_.windows(model_.windows, channel, model_.parameters);
+}
+
 bool CcI2cMech::setMemory(int number, std::string_view content) {
     return words_.setHex(number, content);
 }

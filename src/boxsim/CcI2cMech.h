@@ -37,6 +37,7 @@ class CcI2cMech final : public SerialMech {
     [[nodiscard]] std::set<int> changedSinceRead() const override {
         return words_.changedSinceRead();
     }
+    [[nodiscard]] std::vector<ByteWindow> windows(int channel) const override;
     bool setMemory(int number, std::string_view content) override;
     [[nodiscard]] std::string savedMemory() const override { return words_.fileText(); }
     /// "long-frames" on|off: C120 and 435 send their coin frame with one more data byte.

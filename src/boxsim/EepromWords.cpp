@@ -49,12 +49,17 @@ ByteWindow EepromWords::window(const WindowPlan& plan, int channel, std::size_t 
     return {word & 0xFF, word >> 8};
 }
 
+std::vector<ByteWindow> EepromWords::windows(const WindowPlan& plan, int channel,
+                                             std::size_t parameters) const {
+    std::vector<ByteWindow> windows;
+    for (std::size_t p = 0; p < parameters; ++p) windows.push_back(window(plan, channel, p));
+    return windows;
+}
+
 std::optional<int> EepromWords::channelOf(const WindowPlan& plan, std::size_t parameters,
                                           const CoinReading& reading) const {
     for (int channel = 1; channel <= plan.channels; ++channel) {
-        std::vector<ByteWindow> windows;
-        for (std::size_t p = 0; p < parameters; ++p) windows.push_back(window(plan, channel, p));
-        if (takesCoin(windows, reading)) return channel - 1;
+        if (takesCoin(windows(plan, channel, parameters), reading)) return channel - 1;
     }
     return std::nullopt;
 }

@@ -46,6 +46,9 @@ class EepromWords {
     void putWindows(const WindowPlan& plan, std::span<const Sensor> sensors);
     [[nodiscard]] ByteWindow window(const WindowPlan& plan, int channel,
                                     std::size_t parameter) const;
+    /// The windows of a channel (from 1), parameter by parameter.
+    [[nodiscard]] std::vector<ByteWindow> windows(const WindowPlan& plan, int channel,
+                                                  std::size_t parameters) const;
     /// The first channel (0-based) whose windows take the reading.
     [[nodiscard]] std::optional<int> channelOf(const WindowPlan& plan, std::size_t parameters,
                                                const CoinReading& reading) const;

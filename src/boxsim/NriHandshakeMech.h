@@ -15,12 +15,12 @@ namespace vantor::boxsim {
 class NriHandshakeMech final : public NriMech {
   public:
     NriHandshakeMech(const MechModel& model, MechLine& line);
+    [[nodiscard]] std::vector<ByteWindow> windows(int channel) const override;
 
   protected:
     void heard(std::uint8_t byte) override;
     void forget() override;
     [[nodiscard]] std::string readingText(const CoinReading& reading) const override;
-    [[nodiscard]] std::vector<ByteWindow> windows(int channel) const override;
     [[nodiscard]] int route(int channel) const override;
 
   private:

@@ -20,6 +20,7 @@ class NriMech : public SerialMech {
     [[nodiscard]] std::optional<int> channelFor(const CoinReading& reading,
                                                 std::span<const std::uint8_t> prom) const override;
     [[nodiscard]] std::vector<MemoryCell> memory() const override;
+    [[nodiscard]] std::vector<ByteWindow> windows(int channel) const override = 0;
     bool setMemory(int number, std::string_view content) override;
     /// 28 lines, number and quoted text.
     [[nodiscard]] std::string savedMemory() const override;
@@ -37,8 +38,6 @@ class NriMech : public SerialMech {
     virtual void forget() = 0;
     /// The answer to "T", line ends included.
     [[nodiscard]] virtual std::string readingText(const CoinReading& reading) const = 0;
-    /// The coin windows of a channel (from 1) as its block has them.
-    [[nodiscard]] virtual std::vector<ByteWindow> windows(int channel) const = 0;
     /// Bits of the tube that takes a channel's coins in a coin record: 4, 2, 1, or 0 = cash box.
     [[nodiscard]] virtual int route(int channel) const = 0;
 

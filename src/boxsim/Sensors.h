@@ -29,10 +29,6 @@ struct Sensor {
                                                    std::string_view coin, Random& random);
 
 /// The window that a maker would give a reading: four spreads and a bit on either side, 0..255.
-struct ByteWindow {
-    int low = 0;
-    int high = 0;
-};
 [[nodiscard]] ByteWindow windowAround(const Quantity& reading);
 /// Whether a channel takes a coin; both lists parameter by parameter. A window of 0..0 lets
 /// everything through, and a channel that has no other is empty and takes nothing.

@@ -172,6 +172,10 @@ std::optional<int> SentinelMech::channelFor(const CoinReading& reading,
     return words_.channelOf(kWindows, kSensors.size(), reading);
 }
 
+std::vector<ByteWindow> SentinelMech::windows(int channel) const {
+    return words_.windows(kWindows, channel, kSensors.size());
+}
+
 bool SentinelMech::setMemory(int number, std::string_view content) {
     return words_.setHex(number, content);
 }

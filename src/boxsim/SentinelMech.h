@@ -32,6 +32,7 @@ class SentinelMech final : public SerialMech {
     [[nodiscard]] std::set<int> changedSinceRead() const override {
         return words_.changedSinceRead();
     }
+    [[nodiscard]] std::vector<ByteWindow> windows(int channel) const override;
     bool setMemory(int number, std::string_view content) override;
     [[nodiscard]] std::string savedMemory() const override { return words_.fileText(); }
     /// "version" TEXT: what "TKI" gives ("I1.2"; "E1" for stuck lines); "end-mark" on|off: "%"

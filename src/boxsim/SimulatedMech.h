@@ -30,6 +30,12 @@ class MechLine {
     [[nodiscard]] virtual FaultInjector& faults() = 0;
 };
 
+/// The readings of one parameter that a channel takes, ends included; 0..0 takes any.
+struct ByteWindow {
+    int low = 0;
+    int high = 0;
+};
+
 /// What the sensors say of one coin: parameter p (1-based) at p - 1.
 using CoinReading = std::vector<int>;
 
@@ -92,6 +98,12 @@ class SimulatedMech {
     }
     /// The mech's own memory; empty when it has none.
     [[nodiscard]] virtual std::vector<MemoryCell> memory() const { return {}; }
+    /// The coin windows of a channel (from 1), parameter by parameter, as the mech itself takes
+    /// them from its memory; empty for a mech that has none.
+    [[nodiscard]] virtual std::vector<ByteWindow> windows(int channel) const {
+        (void)channel;
+        return {};
+    }
     /// Cells that the PC has changed and not read since, of a mech that keeps account of it.
     [[nodiscard]] virtual std::set<int> changedSinceRead() const { return {}; }
     /// Puts a cell's content in place, past all protection; false, and nothing changes, for a cell

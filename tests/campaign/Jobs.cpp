@@ -124,14 +124,18 @@ void Job::makeMemoryFile() {
         mech.setMemory(cell.number, content);
     }
     world_.hand.memoryFile = world_.file("memory.txt");
-    writeFileWhole(world_.hand.memoryFile, mech.savedMemory());
     world_.fileCells = mech.memory();
+    world_.fileText = mech.savedMemory();
     world_.box.plugValidator(plan.model->maker, plan.model->code);
 }
 
 bool Job::perform(int step) {
     const MainButtons& main = mainOf(world_.plan.model->maker);
-    if (step == 0) done_ = false;
+    if (step == 0) {
+        done_ = false;
+        // A button that was pressed in passing may have saved something else there.
+        if (!world_.fileText.empty()) writeFileWhole(world_.hand.memoryFile, world_.fileText);
+    }
     switch (world_.plan.job) {
         case JobKind::coinset:
         case JobKind::promCopy:

@@ -1,10 +1,12 @@
 #pragma once
 
-#include <set>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "World.h"
+#include "boxsim/SimulatedMech.h"
 
 namespace vantor::campaign {
 
@@ -20,6 +22,8 @@ class Oracle {
 
     /// The fault is over: from now on everything has to be right.
     void expectHealthy() { healthy_ = true; }
+    /// A step of the job begins: what is claimed from now on is said of what happens from now on.
+    void stepBegins();
     /// What a program at rest leaves behind: no box, no open file, the box in command mode.
     void atRest();
     /// The files in the program's folder; `clean` after an undisturbed job.
@@ -35,12 +39,25 @@ class Oracle {
     void seen(const Prompt& prompt);
     void turn();
     void errorReport(const std::string& text);
+
+    // What is claimed of a mech, in Verdicts.cpp.
     void mars();
+    void marsLimits(int segment, std::span<const std::uint8_t> cells);
+    void marsKept(std::span<const std::uint8_t> cells);
     void coinControls();
+    void routing(const std::vector<boxsim::MemoryCell>& memory);
+    void windows();
+    void keptWindows();
     void nri(bool fromFile);
-    void nriMemory(const std::vector<std::pair<int, std::string>>& blocks);
+    void nriMemory(const std::vector<boxsim::MemoryCell>& intended, bool fromFile);
     void nriTranscript(const std::vector<std::string>& writes, bool handshake);
-    [[nodiscard]] bool beyondKnowledge(bool handshake) const;
+    void acknowledgements(const std::vector<std::string>& writes, std::size_t firstByte,
+                          const std::vector<std::size_t>& places);
+    [[nodiscard]] int limit(int channel, int column);
+    [[nodiscard]] bool fileAsLaidOut() const;
+    [[nodiscard]] int struckInStep() const;
+    [[nodiscard]] int spoiltBlocks(bool handshake) const;
+
     void dump();
     void log();
     void savedMemory();
@@ -48,6 +65,12 @@ class Oracle {
     World& world_;
     bool healthy_ = false;
     int verdicts_ = 0;
+    bool fromFile_ = false;  ///< what was confirmed last was a file
+    // when the step began
+    std::size_t wireFrom_ = 0;  ///< of the transcript
+    int struckBefore_ = 0;
+    std::vector<boxsim::MemoryCell> memoryBefore_;
+    std::vector<std::vector<boxsim::ByteWindow>> windowsBefore_;  ///< channel 1 first
     // spinning
     Micros lastTurn_{-1};
     int turnsAtOnce_ = 0;

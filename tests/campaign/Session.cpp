@@ -54,6 +54,7 @@ class Session {
                 oracle_.violation("(b) not at its end within the worst case");
                 if (world_.program) world_.program->link().endProgram();
             });
+            oracle_.stepBegins();
             beforeStep(step);
             const bool performed = job_.perform(step);
             rest(allowance);

@@ -17,6 +17,7 @@ class WatchedPrompts final : public Prompts {
     /// Called before a box is shown; what is true then is what the box speaks of.
     std::function<void(const Prompt&)> watcher;
     std::vector<std::string> seen;  ///< "title|text", notices too
+    std::size_t fileOpenedAt = 0;   ///< so many boxes had been seen when a file was picked last
     int open = 0;                   ///< boxes and dialogs that somebody waits for
 
     Answer ask(const Prompt& prompt) override {
@@ -30,7 +31,9 @@ class WatchedPrompts final : public Prompts {
     }
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override {
         const Open counted(open);
-        return inner_.askFile(question);
+        auto chosen = inner_.askFile(question);
+        if (chosen && !question.saving) fileOpenedAt = seen.size();
+        return chosen;
     }
     void beep() override { inner_.beep(); }
     void setEnding(const std::function<bool()>& ending) override { inner_.setEnding(ending); }

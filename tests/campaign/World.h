@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "BenchHand.h"
 #include "Plan.h"
@@ -44,6 +45,7 @@ class World {
     std::unique_ptr<Program> program;
     test::BenchHand hand{loop, box};
     std::vector<boxsim::MemoryCell> fileCells;  ///< the memory that the memory file was made of
+    std::string fileText;                       ///< as it was laid out
     std::function<void()> onTurn;               ///< every turn of the event loop
 
     static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
