@@ -47,6 +47,7 @@ Oracle::~Oracle() {
 void Oracle::stepBegins() {
     wireFrom_ = world_.box.transcript().size();
     struckBefore_ = world_.box.faultsStruck();
+    world_.prompts.fileOpenedAt = WatchedPrompts::kNever;
     memoryBefore_.clear();
     windowsBefore_.clear();
     const boxsim::SimulatedMech* mech = world_.box.mech();

@@ -17,8 +17,9 @@ class WatchedPrompts final : public Prompts {
     /// Called before a box is shown; what is true then is what the box speaks of.
     std::function<void(const Prompt&)> watcher;
     std::vector<std::string> seen;  ///< "title|text", notices too
-    std::size_t fileOpenedAt = 0;   ///< so many boxes had been seen when a file was picked last
-    int open = 0;                   ///< boxes and dialogs that somebody waits for
+    static constexpr std::size_t kNever = static_cast<std::size_t>(-2);
+    std::size_t fileOpenedAt = kNever;  ///< how many boxes had been seen when a file was picked
+    int open = 0;                       ///< boxes and dialogs that somebody waits for
 
     Answer ask(const Prompt& prompt) override {
         note(prompt);
