@@ -16,21 +16,9 @@ TEST(BenchCommands, DoWhatTheySay) {
         return result.reply;
     };
     run("validator in ME111");
-    EXPECT_EQ(bench.box.validator(), "ME111");
-    run("validator out");
-    EXPECT_EQ(bench.ask("S").front(), 'N');
-    run("validator in");
-    EXPECT_EQ(bench.ask("S").front(), 'C');
-    run("version V1.90");
-    EXPECT_EQ(bench.ask("S").substr(28), "V1.90\r");
     run("binary on");
     EXPECT_EQ(bench.ask("*"), "D\r");
-    run("silent on");
-    EXPECT_EQ(bench.ask("*"), "");
-    run("silent off");
-
     EXPECT_EQ(run("  # a remark"), "");
-
     run("battery low");
     run("fault drop box after 1 times 2");
     EXPECT_EQ(bench.ask("*"), "B\r");  // the CR and the D are lost
@@ -88,6 +76,27 @@ TEST(BenchCommands, RefuseWhatTheyDoNotUnderstand) {
         EXPECT_FALSE(runBenchLine(bench.box, line).ok()) << line;
     }
     EXPECT_EQ(bench.box.validator(), "ME111");
+}
+
+TEST(BenchCommands, ReportEventsWhileTheValidatorIsTested) {
+    BoxBench bench;
+    bench.box.plugValidator("Mars", "ME111");
+    const auto run = [&](const char* line) {
+        bench.received.clear();
+        const BenchResult result = runBenchLine(bench.box, line);
+        bench.loop.advance(1s);
+        return result.ok() ? bench.received : "error";
+    };
+    EXPECT_EQ(run("coin A"), "error");
+    bench.ask("O");
+    EXPECT_EQ(run("coin i"), "V I\r");
+    EXPECT_EQ(run("reject"), "V R\r");
+    EXPECT_EQ(run("pattern 0d"), "V X0D\r");
+    for (const char* line : {"coin J", "coin", "coin AB", "reject A", "pattern D", "pattern 0G"}) {
+        EXPECT_EQ(run(line), "error") << line;
+    }
+    bench.box.unplugValidator();
+    EXPECT_EQ(run("reject"), "error");
 }
 
 }  // namespace

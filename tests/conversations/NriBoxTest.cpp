@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "BoxWorld.h"
+#include "FixedCalendar.h"
 #include "ScratchFolder.h"
 #include "boxsim/SimulatedMech.h"
 #include "nri/NriFamily.h"
@@ -10,12 +11,8 @@ namespace {
 
 using boxsim::Fault;
 
-struct Today final : Calendar {
-    [[nodiscard]] Date today() const override { return {2026, 12, 31}; }
-};
-
 struct Bench : test::BoxWorld {
-    Today calendar;
+    test::FixedCalendar calendar{{2026, 12, 31}};
     NriFamily nri{state, link, check, prompts, errors, progress, calendar, receiver.sinks, {}};
     test::ScratchFolder scratch;
 

@@ -23,11 +23,7 @@ class EveryCcModel : public CcRoad, public ::testing::WithParamInterface<CcCase>
 TEST_P(EveryCcModel, IsProgrammedFromItsCoinset) {
     const CcCase& road = GetParam();
     openCc(road.model);
-    openMeasurement();
-    EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text().toStdString(),
-              "Clone Coin Mech");
-    widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(true);
-    technician.log = folder() / "results.csv";
+    openLoggedMeasurement();
     const Words before = words();
     ASSERT_EQ(before.size(), static_cast<std::size_t>(road.words));
     runCoinset(road.model + "-Dorin.cst");
@@ -53,9 +49,7 @@ TEST_P(EveryCcModel, IsProgrammedFromItsCoinset) {
     EXPECT_EQ(readFile(folder() / (road.model + "temp.txt")), fileText(expected));
     expectCommandMode();
 
-    const std::string log = readFile(folder() / "results.csv").value_or("");
-    EXPECT_TRUE(log.starts_with("\"Dorin, ")) << log.substr(0, 60);
-    EXPECT_NE(log.find("\"SD Upper\","), std::string::npos);
+    expectLog();
 
     ASSERT_TRUE(enabled("frmPROM.cmdValtest"));
     click("frmPROM.cmdValtest");
@@ -86,39 +80,27 @@ INSTANTIATE_TEST_SUITE_P(CoinControls, EveryCcModel, ::testing::ValuesIn(kCcCase
 
 // --- what goes wrong -------------------------------------------------------------------------
 
-struct FaultCase {
-    const char* name;
-    const char* model;
-    Fault fault;
-    const char* message;  ///< that the technician reads
-};
-
 class CcFaults : public CcRoad {};
 
 TEST_F(CcFaults, AnIncompleteReadIsToldAndNothingIsBuiltOnIt) {
-    for (const FaultCase& c : {
-             FaultCase{"no session",
-                       "335",
-                       {.kind = Fault::Kind::noSession, .times = -1},
-                       "Timeout reading Coin Mech EEPROM"},
-             FaultCase{"wrong sum",
-                       "450",
-                       {.kind = Fault::Kind::wrongSum, .after = 40},
-                       "Checksum Error reading Coin Mech EEPROM Address: 40"},
-             FaultCase{"silence",
-                       "C120",
-                       {.kind = Fault::Kind::mechSilent, .after = 60, .times = -1},
-                       "Timeout reading Coin Mech EEPROM"},
-             FaultCase{"no session",
-                       "Sentinel",
-                       {.kind = Fault::Kind::noSession, .times = -1},
-                       "Incompatible CC Interface Board"},
-             FaultCase{"refusal",
-                       "Sentinel",
-                       {.kind = Fault::Kind::mechRefuses, .after = 20},
-                       "No ACK reading Coin Mech EEPROM"},
-         }) {
-        SCOPED_TRACE(std::string(c.model) + " " + c.name);
+    using enum Fault::Kind;
+    struct Case {
+        const char* model;
+        Fault fault;
+        const char* message;  ///< that the technician reads
+    };
+    for (const Case& c :
+         {Case{"335", {.kind = noSession, .times = -1}, "Timeout reading Coin Mech EEPROM"},
+          Case{"450",
+               {.kind = wrongSum, .after = 40},
+               "Checksum Error reading Coin Mech EEPROM Address: 40"},
+          Case{"C120",
+               {.kind = mechSilent, .after = 60, .times = -1},
+               "Timeout reading Coin Mech EEPROM"},
+          Case{"Sentinel", {.kind = noSession, .times = -1}, "Incompatible CC Interface Board"},
+          Case{
+              "Sentinel", {.kind = mechRefuses, .after = 20}, "No ACK reading Coin Mech EEPROM"}}) {
+        SCOPED_TRACE(std::string(c.model) + " " + c.message);
         programFromCoinset(c.model);
         const Words before = words();
         click("frmPROM.optSeg_0");

@@ -365,25 +365,23 @@ TEST_F(NriWizards, WhatIsRefusedOrNotReadEndsThem) {
         Fault fault;
         const char* told;
     };
+    using enum Fault::Kind;
     const Fault none{.times = 0};
-    for (const Row& row : {
-             Row{"G13-6000", "cmdAddReplace", none,
-                 "Error|Invalid Coin Value has been Set\n\nMust be a multiple of:  5"},
-             Row{"G18-0000", "cmdAddReplace", none,
-                 "Error|Invalid Coin Value has been Set\n\nMust be a multiple of:  5"},
-             Row{"G40-0000",
-                 "cmdEditLimits",
-                 {.kind = Fault::Kind::mechSilent, .after = 30},
-                 "Error|Error Reading NRI Memory Address : X"},
-             Row{"G10-4000",
-                 "cmdSlugFix",
-                 {.kind = Fault::Kind::mechCut, .after = 5, .value = 7},
-                 "Error|Error Reading NRI Memory Address : V"},
-             Row{"G10-4000/5",
-                 "cmdAddReplace",
-                 {.kind = Fault::Kind::noSession, .times = -1},
-                 "Error|No Communication with the NRI Coin Mech"},
-         }) {
+    const char* value = "Error|Invalid Coin Value has been Set\n\nMust be a multiple of:  5";
+    for (const Row& row : {Row{"G13-6000", "cmdAddReplace", none, value},
+                           Row{"G18-0000", "cmdAddReplace", none, value},
+                           Row{"G40-0000",
+                               "cmdEditLimits",
+                               {.kind = mechSilent, .after = 30},
+                               "Error|Error Reading NRI Memory Address : X"},
+                           Row{"G10-4000",
+                               "cmdSlugFix",
+                               {.kind = mechCut, .after = 5, .value = 7},
+                               "Error|Error Reading NRI Memory Address : V"},
+                           Row{"G10-4000/5",
+                               "cmdAddReplace",
+                               {.kind = noSession, .times = -1},
+                               "Error|No Communication with the NRI Coin Mech"}}) {
         SCOPED_TRACE(std::string(row.model) + row.told);
         openWizard(row.model, kNri, "Coin 03");
         const Blocks before = blocks();

@@ -15,11 +15,7 @@ class EveryNriModel : public NriRoad, public ::testing::WithParamInterface<NriCa
 TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     const NriCase& road = GetParam();
     openNri(road.model);
-    openMeasurement();
-    EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text().toStdString(),
-              "Clone Coin Mech");
-    widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(true);
-    technician.log = folder() / "results.csv";
+    openLoggedMeasurement();
     const Blocks before = blocks();
     runCoinset(fileStem(road.model) + "-Dorin.cst");
     ASSERT_TRUE(visible("frmPROM")) << last();
@@ -61,9 +57,7 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     click("frmValtest.cmdBack");
     ASSERT_TRUE(visible("frmPROM"));
     expectCommandMode();
-    const std::string log = readFile(folder() / "results.csv").value_or("");
-    EXPECT_TRUE(log.starts_with("\"Dorin, ")) << log.substr(0, 60);
-    EXPECT_NE(log.find("\"SD Upper\","), std::string::npos);
+    expectLog();
 
     // Opened from here, the utilities show what the mech holds now.
     box.clearTranscript();
@@ -277,16 +271,6 @@ TEST_F(NriTestRoad, AG10SendsItsCoinsInSerialMode) {
         program.reset();
         technician.seen.clear();
     }
-}
-
-TEST_F(NriTestRoad, AG10ThatDoesNotAnswerIsLeftAgain) {
-    openNri("G10-4000");
-    box.addFault({.kind = Fault::Kind::mechSilent, .times = -1});
-    click("frmMain.cmdNRIvaltest");
-    ASSERT_TRUE(visible("frmValtest"));
-    drop("10 Pell", 1);
-    EXPECT_EQ(count(1), 0);
-    leave();
 }
 
 TEST_F(NriTestRoad, TheVariantsOfAG40) {

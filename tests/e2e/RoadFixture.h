@@ -32,6 +32,19 @@ class Road : public ProgramTest {
         ASSERT_TRUE(visible("frmCoinMeasure1"))
             << (technician.seen.empty() ? "" : technician.seen.back());
     }
+    /// The measurement window of a mech with a memory of its own, which logs what it measures.
+    void openLoggedMeasurement() {
+        openMeasurement();
+        EXPECT_EQ(widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->text().toStdString(),
+                  "Clone Coin Mech");
+        widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(true);
+        technician.log = folder() / "results.csv";
+    }
+    void expectLog() const {
+        const std::string log = readFile(technician.log).value_or("");
+        EXPECT_TRUE(log.starts_with("\"Dorin, ")) << log.substr(0, 60);
+        EXPECT_NE(log.find("\"SD Upper\","), std::string::npos);
+    }
     void runCoinset(const std::string& file) {
         technician.coinset = std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "CoinSets" / file;
         click("frmCoinMeasure1.cmdRunCoinset");

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "FixedCalendar.h"
 #include "LinkWorld.h"
 #include "RecordedProgress.h"
 #include "ScratchFolder.h"
@@ -14,11 +15,6 @@
 #include "nri/NriFamily.h"
 
 namespace vantor::test {
-
-struct FixedCalendar final : Calendar {
-    Date day{2026, 11, 9};
-    [[nodiscard]] Date today() const override { return day; }
-};
 
 /// An NRI mech behind the box, in answers by command. Knobs at the top.
 class ScriptedMech {
@@ -103,7 +99,7 @@ class ScriptedMech {
 /// The NRI family on a fake port in virtual time, with a mech behind the box.
 struct NriWorld : LinkWorld {
     RecordedProgress progress;
-    FixedCalendar calendar;
+    FixedCalendar calendar{{2026, 11, 9}};
     ScriptedMech mech;
     int probes = 0;
     bool interfaceAnswers = false;

@@ -138,7 +138,6 @@ TEST_F(StartUpTest, AMissingLanguageFileIsToldAndEnglishIsUsed) {
 TEST_F(StartUpTest, TheStartUpWindowKeepsItsOwnTextWhereTheTranslationHasNone) {
     writeConfig("\" 1\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n");
     write("Deutsch.txt", "872,Beenden\r\n875,Programmversion\r\n");
-    std::string first;
     hands.when("the start-up window", [] { return visible("frmOpening"); });
     run();
     EXPECT_EQ(widget<QAbstractButton>("frmMain.cmdExit")->text(), "Beenden");

@@ -4,10 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "FixedCalendar.h"
 #include "platform/SerialPort.h"
 #include "platform/Services.h"
 
-// The system around the program, as its tests have it: one port, a calendar that stands still.
+// The system around the program, as its tests have it: one port.
 
 namespace vantor::test {
 
@@ -24,11 +25,6 @@ class RecordedSounds final : public SoundPlayer {
   public:
     void play(const std::filesystem::path& file) override { played.push_back(file.filename()); }
     std::vector<std::filesystem::path> played;
-};
-
-class FixedCalendar final : public Calendar {
-  public:
-    [[nodiscard]] Date today() const override { return {.year = 2026, .month = 3, .day = 9}; }
 };
 
 class FakeGuard final : public InstanceGuard {

@@ -1,5 +1,3 @@
-#include <QRadioButton>
-
 #include "MemoryWindow.h"
 #include "cc/EepromUtilities.h"
 #include "cc/frmEEPROMdata.h"
@@ -24,7 +22,6 @@ class EepromWindow : public MemoryWindowTest {
         w.state.noteOldImage(true);
         choose(0);
     }
-    QLineEdit* box(const std::string& name) { return W::find<QLineEdit>(window, name); }
 
     FrmProgramming progress{w.state};
     CcFamily family{w.state,       w.base.link, w.base.check,         w.base.prompts,
@@ -65,47 +62,6 @@ TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {
 TEST_F(EepromWindow, ThePaneCanBeCopiedAndNotTypedInto) {
     open("335");
     expectReadOnly(QStringLiteral("  00 0000 0101 0202 "));
-}
-
-TEST_F(EepromWindow, TheBoxesShowAndGiveBackThe435sSettings) {
-    open("435");
-    C435Settings settings;
-    for (std::size_t i = 0; i < settings.paths.size(); ++i) {
-        settings.paths.at(i) = "ABCDabcd?"[i % 9];
-    }
-    for (std::size_t i = 0; i < settings.codes.size(); ++i) {
-        settings.codes.at(i) = i % 2 == 0 ? "0101" : "1110";
-    }
-    settings.fromMemory = true;
-    settings.plugDefault = "c";
-    window.showC435Settings(settings);
-    EXPECT_EQ(window.enteredC435Settings(), settings);
-    EXPECT_TRUE(W::find<QRadioButton>(window, "optMemory")->isChecked());
-
-    // As the memory has them: the row's lowest nibble is its first choice.
-    w.state.images.old[128] = 0x3210;
-    w.state.images.old[143] = 0x8000;
-    w.state.images.old[110] = 0xA001;
-    w.state.images.old[11] = 0x0000;
-    w.state.images.old[204] = 0x0442;
-    choose(2);
-    std::string row;
-    for (int i = 0; i < 4; ++i) row += fromQt(box("txtSort_" + std::to_string(i))->text());
-    EXPECT_EQ(row, "DCBA");
-    EXPECT_EQ(box("txtSort_63")->text(), QStringLiteral("?"));
-    EXPECT_EQ(box("txtCode_0")->text(), QStringLiteral("0001"));
-    EXPECT_EQ(box("txtCode_3")->text(), QStringLiteral("1010"));
-    EXPECT_TRUE(W::find<QRadioButton>(window, "optPlug")->isChecked());
-    EXPECT_EQ(box("txtPlugDefault")->text(), QStringLiteral("a"));
-
-    const auto typeOver = [&](const char* name, const char* text) {
-        box(name)->selectAll();
-        W::type(box(name), QLatin1String(text));
-    };
-    typeOver("txtSort_5", "e");
-    W::click(window, "cmdRouting");
-    EXPECT_TRUE(w.base.prompts.told("Invalid Routing Path entered"));
-    EXPECT_EQ(box("txtSort_5")->text(), QStringLiteral("e")) << "what was typed stays";
 }
 
 }  // namespace

@@ -1,13 +1,10 @@
+#include "FixedCalendar.h"
 #include "MemoryWindow.h"
 #include "nri/NriMemoryUtilities.h"
 #include "nri/frmNRIdata.h"
 
 namespace vantor::test {
 namespace {
-
-struct StoppedCalendar final : Calendar {
-    [[nodiscard]] Date today() const override { return {2026, 12, 31}; }
-};
 
 class NriWindow : public MemoryWindowTest {
   protected:
@@ -40,7 +37,7 @@ class NriWindow : public MemoryWindowTest {
     }
 
     FrmProgramming progress{w.state};
-    StoppedCalendar calendar;
+    FixedCalendar calendar;
     NriFamily family{w.state,        w.base.link,           w.base.check,
                      w.base.prompts, w.base.errors,         progress,
                      calendar,       w.base.receiver.sinks, {}};
