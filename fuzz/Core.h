@@ -1,6 +1,8 @@
 #pragma once
 
-#include "FakeDisplays.h"
+#include "FakeLimitsDisplay.h"
+#include "FakeMeasureDisplay.h"
+#include "RecordedProgress.h"
 #include "cc/CcFamily.h"
 #include "link/Receiver.h"
 #include "mars/MarsFamily.h"
@@ -54,7 +56,7 @@ struct Core {
     Receiver receiver;
     Families families;
     MechCheck check;
-    test::NoProgress progress;
+    test::RecordedProgress progress;
     NewYearsEve calendar;
     MarsFamily mars;
     CcFamily cc;
