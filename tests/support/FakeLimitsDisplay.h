@@ -38,7 +38,8 @@ class FakeLimitsDisplay final : public LimitsDisplay {
         limits[{row, column}] = text;
     }
     [[nodiscard]] std::string limitText(int row, int column) const override {
-        return limits.at({row, column});
+        const auto text = limits.find({row, column});
+        return text == limits.end() ? "" : text->second;
     }
     void setSlugLimit(int slug, int column, const std::string& text) override {
         slugLimits[{slug, column}] = text;
