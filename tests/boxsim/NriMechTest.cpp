@@ -1,7 +1,4 @@
-#include <algorithm>
-
 #include "MechBench.h"
-#include "catalogue/MechCatalogue.h"
 
 namespace vantor::boxsim::test {
 namespace {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "FakeLimitsDisplay.h"
 #include "LinkWorld.h"
 #include "QuietFamily.h"

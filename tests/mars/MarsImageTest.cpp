@@ -119,8 +119,8 @@ TEST(MarsTakeOver, ASourceThatTheOldPromLacksIsToldAndChangesNothing) {
         world.state.coinset.oldChannelSource[4] = c.source;
         world.state.coinset.oldChannelSource[5] = 5;
         world.mars.copyOldMemoryData();
-        ASSERT_EQ(world.prompts.asked.size(), 1U) << world.textsAsked();
-        EXPECT_TRUE(world.prompts.told(c.told)) << world.textsAsked();
+        ASSERT_EQ(world.prompts.asked.size(), 1U) << world.prompts.texts();
+        EXPECT_TRUE(world.prompts.told(c.told)) << world.prompts.texts();
         EXPECT_EQ(world.limitsOf(4), (std::array<int, 6>{1, 2, 3, 4, 5, 6}));
         EXPECT_EQ(world.state.nriNew.newCoinValue[4], 77);
         EXPECT_NE(world.limitsOf(5)[0], 0) << "the other channels are still taken over";

@@ -46,7 +46,7 @@ TEST(MarsRead, TakesOneOrTwoHalves) {
         const auto read = static_cast<std::size_t>(c.last + 1);
         EXPECT_EQ(digits(world.state.images.old, 0, 511),
                   world.socket.cells.substr(0, read) + std::string(512 - read, '0'));
-        EXPECT_TRUE(world.prompts.asked.empty()) << world.textsAsked();
+        EXPECT_TRUE(world.prompts.asked.empty()) << world.prompts.texts();
         EXPECT_LT(world.ms(), 900) << "the last line ends the wait";
     }
 }
@@ -71,7 +71,7 @@ TEST(MarsRead, WhatDidNotComeWholeIsNoRead) {
         world.socket.replacedLine = c.replacedLine;
         EXPECT_FALSE(world.mars.readMemory()) << c.what;
         EXPECT_FALSE(world.state.images.oldComplete) << c.what;
-        ASSERT_EQ(world.prompts.asked.size(), 1U) << c.what << world.textsAsked();
+        ASSERT_EQ(world.prompts.asked.size(), 1U) << c.what << world.prompts.texts();
         EXPECT_EQ(world.prompts.asked[0].text, "Unable to Read PROM : timed out");
         EXPECT_EQ(world.prompts.asked[0].title, "Error");
         EXPECT_EQ(world.prompts.asked[0].icon, PromptIcon::critical);
@@ -117,7 +117,7 @@ TEST(MarsProgramE1, BothSegmentsOnceAndVerified) {
     world.prompts.expect("BOTH SWITCHES ON", Answer::ok);
     EXPECT_TRUE(world.mars.programAndVerify());
     EXPECT_EQ(world.port.sent, "EJ" + joined(kFirstSegment) + joined(kSecondSegment) + "EAW");
-    EXPECT_EQ(world.textsAsked(),
+    EXPECT_EQ(world.prompts.texts(),
               "Load PROM: Insert Vantor E+1 PROM : BOTH SWITCHES ON\n"
               "Load PROM: Vantor E+1 PROM : TURN SWITCH 2 OFF\n"
               "Verify: Verify PROM OK\n");
@@ -152,7 +152,7 @@ TEST(MarsProgramBipolar, EveryLineIsBurntThreeTimes) {
     world.prompts.expect("Insert 1K Bipolar PROM", Answer::ok);
     EXPECT_TRUE(world.mars.programAndVerify());
     EXPECT_EQ(world.port.sent, "JEABJ" + joined(kFirstSegment, 3) + "EAW");
-    EXPECT_EQ(world.textsAsked(),
+    EXPECT_EQ(world.prompts.texts(),
               "Load PROM: Insert 1K Bipolar PROM\n"
               "Verify: Verify PROM OK\n");
 }

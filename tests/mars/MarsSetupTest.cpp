@@ -34,7 +34,7 @@ TEST(MarsTimings, AreJudgedByTheStatusThatFollowsThem) {
     late.port.receive(kPresent, 3000);
     late.mars.setupMarsTimings("ME111");
     EXPECT_EQ(late.port.sent, "Z030020150100\rSZ030020150100\rSZ030020150100\rS");
-    EXPECT_TRUE(late.prompts.asked.empty()) << late.textsAsked();
+    EXPECT_TRUE(late.prompts.asked.empty()) << late.prompts.texts();
 
     // Timings of an earlier conversation are no answer.
     MarsWorld silent;
@@ -113,7 +113,7 @@ TEST(MarsWizard, TakesTheCoinValueOfANewCoinOnly) {
         EXPECT_EQ(world.mars.startWizard({.mode = c.mode, .channel = 12, .coinValue = c.value}),
                   c.allowed);
         EXPECT_EQ(world.state.nriNew.newCoinValue[12], c.stored);
-        EXPECT_EQ(world.textsAsked(),
+        EXPECT_EQ(world.prompts.texts(),
                   c.allowed ? "" : "Error: Invalid Coin Value has been Set\r\n\r\n0 - 255\n");
         EXPECT_EQ(world.mars.wizardPanel().coinValue, c.model == std::string_view("ME181"));
     }

@@ -95,11 +95,6 @@ struct MarsWorld : LinkWorld {
         state.coinset.version = "1.2";
         mars.rebuildImage();
     }
-    [[nodiscard]] std::string textsAsked() const {
-        std::string all;
-        for (const Prompt& prompt : prompts.asked) all += prompt.title + ": " + prompt.text + "\n";
-        return all;
-    }
 };
 
 /// Cells first..last of an image as hexadecimal digits; "?" for what is no nibble.

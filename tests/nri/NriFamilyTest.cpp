@@ -100,7 +100,7 @@ TEST(NriReadings, AMechThatIsSilentEndsTheRun) {
     world.state.gather.coinsRemaining = 5;
     world.nri.enableCoinData(1);
     EXPECT_TRUE(world.state.gather.abortFlag);
-    EXPECT_EQ(world.asked(), NriWorld::kReadFailure);
+    EXPECT_EQ(world.prompts.texts(), NriWorld::kReadFailure);
     EXPECT_TRUE(world.inCommandMode());
 }
 
@@ -178,7 +178,8 @@ TEST(NriTakeOver, AnIncompleteReadTakesNothingOver) {
     world.port.sent.clear();
     EXPECT_FALSE(world.nri.programAndVerify());
     EXPECT_EQ(world.transcript(), "");
-    EXPECT_TRUE(world.asked().ends_with("Error: Error Programming NRI Memory\n")) << world.asked();
+    EXPECT_TRUE(world.prompts.texts().ends_with("Error: Error Programming NRI Memory\n"))
+        << world.prompts.texts();
     world.nri.readOldMemory();
     EXPECT_EQ(world.state.limits.channelLimits[1][2], 201);
     EXPECT_TRUE(world.nri.programAndVerify());
@@ -242,7 +243,7 @@ TEST(NriWizards, CoinValuesMustFitTheMech) {
         NriWizard world(c.model);
         world.mech.answers["X10"] = c.values;
         EXPECT_EQ(world.start(WizardMode::addReplace, c.value), *c.told == '\0') << c.value;
-        EXPECT_EQ(world.asked(), c.told);
+        EXPECT_EQ(world.prompts.texts(), c.told);
     }
     NriWizard tubes("G10-4000");
     EXPECT_TRUE(tubes.start(WizardMode::addReplace, 200));

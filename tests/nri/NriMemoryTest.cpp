@@ -75,11 +75,12 @@ TEST(NriIdentify, ASilentModelAsksForTheInterfaceOnceAndWarnsOfAnOldOne) {
         }
         EXPECT_EQ(world.transcript(), expected) << "every attempt enters serial mode anew";
         EXPECT_EQ(world.state.mech.manufacturer + world.state.mech.mechType, "NRIG18-3000");
-        EXPECT_EQ(world.asked(), std::string(c.warned ? "G18 Warning: G18 requires Resistor Link "
-                                                        "Modification\r\nor Alternative Interface "
-                                                        "Board\n"
-                                                      : "") +
-                                     NriWorld::kReadFailure);
+        EXPECT_EQ(world.prompts.texts(),
+                  std::string(c.warned ? "G18 Warning: G18 requires Resistor Link "
+                                         "Modification\r\nor Alternative Interface "
+                                         "Board\n"
+                                       : "") +
+                      NriWorld::kReadFailure);
         EXPECT_TRUE(world.inCommandMode());
     }
 }
@@ -105,7 +106,7 @@ TEST(NriRead, AHandshakeMechBlockByBlock) {
     EXPECT_EQ(world.progress.told.front(), "open NRI Memory Read|READING MEMORY IN PROGRESS");
     EXPECT_EQ(world.progress.bar, 16);
     EXPECT_FALSE(world.progress.open);
-    EXPECT_TRUE(world.prompts.asked.empty()) << world.asked();
+    EXPECT_TRUE(world.prompts.asked.empty()) << world.prompts.texts();
     const auto dump = readFile(world.folder / "G18-3000temp.txt");
     ASSERT_TRUE(dump);
     EXPECT_NE(dump->find("\r\n16,\"0102040810200102040810FF\"\r\n"), std::string::npos) << *dump;
@@ -159,8 +160,8 @@ TEST(NriRead, WhatDidNotComeWholeIsNoRead) {
         c.spoil(world);
         EXPECT_FALSE(world.nri.readMemory()) << c.what;
         EXPECT_FALSE(world.state.oldImageWhole()) << c.what;
-        EXPECT_EQ(world.asked(), c.told.size() > 20
-                                     ? c.told
+        EXPECT_EQ(world.prompts.texts(),
+                  c.told.size() > 20 ? c.told
                                      : "Error: Error Reading NRI Memory Address : " + c.told + "\n")
             << c.what;
         EXPECT_TRUE(world.inCommandMode()) << c.what;
@@ -180,7 +181,7 @@ TEST(NriRead, WhatDidNotComeWholeIsNoRead) {
         const std::size_t sent = world.port.sent.size();
         EXPECT_FALSE(world.nri.programAndVerify()) << c.what;
         EXPECT_EQ(world.prompts.asked.size(), asked + 1);
-        EXPECT_TRUE(world.asked().ends_with(kNotProgrammed)) << world.asked();
+        EXPECT_TRUE(world.prompts.texts().ends_with(kNotProgrammed)) << world.prompts.texts();
         EXPECT_EQ(world.port.sent.size(), sent) << "nothing goes out: " << c.what;
     }
 }
@@ -200,7 +201,7 @@ TEST(NriRead, CancelStopsItAndLeavesSerialMode) {
     world.loop.callAfter(std::chrono::milliseconds(250),
                          [&world] { world.state.gather.abortFlag = true; });
     EXPECT_FALSE(world.nri.readMemory());
-    EXPECT_TRUE(world.prompts.asked.empty()) << world.asked();
+    EXPECT_TRUE(world.prompts.asked.empty()) << world.prompts.texts();
     EXPECT_TRUE(world.inCommandMode());
     EXPECT_TRUE(world.transcript().ends_with(NriWorld::kLeave));
     EXPECT_FALSE(std::filesystem::exists(world.folder / "G40-0000temp.txt"));
@@ -236,7 +237,7 @@ TEST(NriProgram, AHandshakeMech) {
                   "Z0FABCDEF01000100020003000400050010002000500100020000000000" +
                   "Z10123456789ABCZ11123456789ABC" + NriWorld::kLeave + "W");
     EXPECT_EQ(world.mech.stored["Z0B"], "291000000000000000000000") << "channel 9";
-    EXPECT_EQ(world.asked(), "OK: NRI Memory Programmed OK\n");
+    EXPECT_EQ(world.prompts.texts(), "OK: NRI Memory Programmed OK\n");
     EXPECT_EQ(world.prompts.asked[0].icon, PromptIcon::information);
     EXPECT_EQ(world.progress.told.front(), "open NRI Memory |PROGRAMMING MEMORY IN PROGRESS");
     EXPECT_EQ(world.progress.bar, 16);
@@ -257,7 +258,7 @@ TEST(NriProgram, APlainMechCharacterByCharacter) {
     EXPECT_EQ(*(d + 1) + *(d + 2), "10");
     // 6 x 27 + 22 + 9 characters of at least 50 ms, and the pauses.
     EXPECT_GE(world.ms() - before, 193 * 50 + 6 * 300 + 400 + 200);
-    EXPECT_EQ(world.asked(), "OK: NRI Memory Programmed OK\n");
+    EXPECT_EQ(world.prompts.texts(), "OK: NRI Memory Programmed OK\n");
 }
 
 TEST(NriProgram, WhatTheMechDoesNotTakeIsNoSuccess) {
@@ -285,7 +286,8 @@ TEST(NriProgram, WhatTheMechDoesNotTakeIsNoSuccess) {
         Programmed world(c.model);
         c.spoil(world);
         EXPECT_FALSE(world.nri.programAndVerify()) << c.what;
-        EXPECT_NE(world.asked().find(kNotProgrammed), std::string::npos) << world.asked();
+        EXPECT_NE(world.prompts.texts().find(kNotProgrammed), std::string::npos)
+            << world.prompts.texts();
         EXPECT_FALSE(world.prompts.told("Programmed OK")) << c.what;
         EXPECT_FALSE(world.state.box.serialModeFlag) << c.what;
         EXPECT_FALSE(world.progress.open) << c.what;

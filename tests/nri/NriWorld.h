@@ -150,11 +150,6 @@ struct NriWorld : LinkWorld {
         text.pop_back();
         return text;
     }
-    [[nodiscard]] std::string asked() const {
-        std::string all;
-        for (const Prompt& box : prompts.asked) all += box.title + ": " + box.text + "\n";
-        return all;
-    }
     [[nodiscard]] bool inCommandMode() const { return !state.box.serialModeFlag && !serial_; }
 
     static constexpr const char* kLeave = "<break></break><20 esc>";

@@ -63,6 +63,12 @@ class ScriptedPrompts final : public Prompts {
         }
         return false;
     }
+    /// Every box that was asked, a line each: "title: text".
+    [[nodiscard]] std::string texts() const {
+        std::string all;
+        for (const Prompt& box : asked) all += box.title + ": " + box.text + "\n";
+        return all;
+    }
     [[nodiscard]] bool scriptDone() const { return script_.empty() && files_.empty(); }
 
     std::vector<Prompt> asked;

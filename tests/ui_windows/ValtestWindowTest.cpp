@@ -1,4 +1,3 @@
-#include <QComboBox>
 #include <QRadioButton>
 
 #include "WindowsWorld.h"
