@@ -18,7 +18,7 @@ constexpr const char* kName = "vantor-programmer";
 
 fs::path installedData() {
     const fs::path beside = pathFromQt(QCoreApplication::applicationDirPath());
-    const fs::path shared = beside.parent_path() / "share" / kName;
+    fs::path shared = beside.parent_path() / "share" / kName;
     std::error_code ignored;
     if (fs::is_directory(shared, ignored)) return shared;
     // A program that was built and not installed takes what it was built from.
@@ -60,7 +60,7 @@ fs::path programFolder(const CommandLine& commandLine) {
                         .given = commandLine.folder};
     if (!commandLine.simulate) return chooseProgramFolder(places);
     if (!places.given) places.given = places.perUser / "simulator";
-    const fs::path folder = chooseProgramFolder(places);
+    fs::path folder = chooseProgramFolder(places);
     try {
         if (!readConfiguration(folder)) writeConfiguration(folder, {}, {});
     } catch (const std::system_error&) {

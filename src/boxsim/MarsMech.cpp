@@ -52,7 +52,7 @@ constexpr double kOwnWindow = 4.5;  // spreads to each side
 int limitAt(std::span<const std::uint8_t> cells, int address) {
     int value = 0;
     for (int i = kCellsPerLimit - 1; i >= 0; --i) {
-        value = value * 16 + cells[static_cast<std::size_t>(address + i)];
+        value = value * 16 + cells[static_cast<std::size_t>(address) + static_cast<std::size_t>(i)];
     }
     return value;
 }

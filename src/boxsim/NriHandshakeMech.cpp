@@ -124,7 +124,7 @@ std::vector<ByteWindow> NriHandshakeMech::windows(int channel) const {
     const std::string& text = block(kFirstChannelBlock + channel - 1);
     std::vector<ByteWindow> result;
     for (int p = 0; p < variant().parameters; ++p) {
-        const auto at = static_cast<std::size_t>(4 * p);
+        const std::size_t at = 4 * static_cast<std::size_t>(p);
         result.push_back({.low = pairAt(text, at + 2), .high = pairAt(text, at)});
     }
     return result;

@@ -9,6 +9,7 @@
 #include <QStyleOptionFrame>
 #include <QTextDocument>
 #include <cmath>
+#include <ranges>
 
 namespace vantor {
 
@@ -90,8 +91,8 @@ void makeTextPane(QPlainTextEdit* pane, int columns, int lines) {
 void fitToContents(QWidget* window) {
     // Parents stand before their children in this list: the innermost layouts settle first.
     const QList<QWidget*> inside = window->findChildren<QWidget*>();
-    for (auto child = inside.rbegin(); child != inside.rend(); ++child) {
-        if (QLayout* layout = (*child)->layout()) {
+    for (QWidget* child : inside | std::views::reverse) {
+        if (QLayout* layout = child->layout()) {
             layout->invalidate();
             layout->activate();
         }
