@@ -193,6 +193,18 @@ TEST_F(PseudoTerminalRoad, ProgramsASentinelOverTheRealSerialPort) {
     programCc("Sentinel", 0);
 }
 
+TEST_F(PseudoTerminalRoad, ProgramsAG18_3000OverTheRealSerialPort) {
+    programSerial(kNri, "G18-3000",
+                  "CD,5 Pell,Coin 01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40,"
+                  "3,-2,3,2,40\r\nS,Steel Washer,3,2,40,2,40,2,40,2,40,2,40,2,40\r\n",
+                  "NRI Memory Programmed OK", 4, [] {
+                      std::string pairs;
+                      for (const int i : {1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10})
+                          pairs += hex(static_cast<unsigned>(shownLimit(i)), 2);
+                      return pairs;
+                  });
+}
+
 TEST_F(PseudoTerminalRoad, ProgramsAG13_0000OverTheRealSerialPort) {
     programSerial(kNri, "G13-0000",
                   "CD,5 Pell,Coin 01,4,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40,3,-2,3,2,40\r\n"

@@ -200,32 +200,6 @@ struct NriWizard : NriWorld {
     }
 };
 
-TEST(NriWizards, ChangeOneChannelAndKeepTheRest) {
-    NriWizard world("G13-6000");
-    EXPECT_TRUE(world.start(WizardMode::addReplace, 30));
-    const NriFields& next = world.state.nri.next;
-    const auto map = [&](int channel) {
-        std::string digits;
-        for (int p = 1; p <= 6; ++p) digits += std::to_string(next.parameterMap[channel][p]);
-        return digits;
-    };
-    EXPECT_EQ(map(5) + " " + map(4), "412056 412056");
-    EXPECT_EQ(next.coinValues[5] * 100 + next.outputCodes[5], 30 * 100 + 4);
-    EXPECT_EQ(next.outputs[5], 6);
-    EXPECT_EQ(next.coinValues[6] * 100 + next.outputs[6], 30 * 100 + 6);
-    EXPECT_EQ(next.outputs[8], 64 + 3);
-    EXPECT_TRUE(world.state.images.oldMemoryRead);
-    // The transfer takes the limits over and leaves the wizard's fields alone.
-    world.nri.copyOldMemoryData();
-    EXPECT_EQ(next.outputs[5], 6);
-    EXPECT_EQ(world.state.limits.channelLimits[12][2], 0xAF);
-
-    NriWizard g40("G40-0000");
-    EXPECT_TRUE(g40.start(WizardMode::slugFix, 10));
-    EXPECT_EQ(g40.state.nri.next.parameterMap[5][6], 10);
-    EXPECT_EQ(g40.state.nri.next.outputs[5], 5) << "only a new coin gets new lines";
-}
-
 TEST(NriWizards, CoinValuesMustFitTheMech) {
     struct Case {
         const char* model;
