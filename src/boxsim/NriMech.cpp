@@ -99,7 +99,8 @@ void NriMech::sendRecord(const CoinReading& reading) {
 
 std::size_t NriMech::sensorOf(int channel, int parameter) const {
     if (!variant_.mapped) return static_cast<std::size_t>(parameter);
-    const auto digit = static_cast<std::size_t>((channel - 1) * variant_.parameters + parameter);
+    const int before = (channel - 1) * variant_.parameters;
+    const auto digit = static_cast<std::size_t>(before + parameter);
     const std::string& map = block(kMapBlock);
     return digit < map.size() ? static_cast<std::size_t>(
                                     hexValue(std::string_view(map).substr(digit, 1)).value_or(0))

@@ -187,7 +187,9 @@ void Player::useHands(const Command& command, QWidget* widget) {
     const std::string second = command.words.size() > 1 ? command.words.at(1) : std::string();
     const std::string text = textOf(widget).toStdString();
     const std::string read = "it reads \"" + text + '"';
-    const auto unless = [](bool held, Problem problem) { return held ? Problem() : problem; };
+    const auto unless = [](bool held, const Problem& problem) {
+        return held ? Problem() : problem;
+    };
     Problem problem;
     switch (command.verb) {
         case Verb::expect:
@@ -276,7 +278,7 @@ void Player::pollWait() {
     const Micros now = loop_.now();
     const bool due = now >= wait_->deadline;
     const auto finishWait = [this] {
-        const Wait done = std::move(*wait_);
+        Wait done = std::move(*wait_);
         wait_.reset();
         return done;
     };

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <algorithm>
 #include <array>
+#include <ranges>
 
 #include "catalogue/Text.h"
 #include "platform/ProgramEnded.h"
@@ -279,9 +280,9 @@ void ScriptedQtPrompts::close(int id) {
 
 ScriptedQtPrompts::Box* ScriptedQtPrompts::openWith(const std::string& part) {
     const std::string wanted = withoutReturns(part);
-    for (auto box = boxes_.rbegin(); box != boxes_.rend(); ++box) {
-        if (box->kind == Kind::file || box->answer) continue;
-        if (shownText(box->prompt.text).find(wanted) != std::string::npos) return &*box;
+    for (Box& box : boxes_ | std::views::reverse) {
+        if (box.kind == Kind::file || box.answer) continue;
+        if (shownText(box.prompt.text).find(wanted) != std::string::npos) return &box;
     }
     return nullptr;
 }
