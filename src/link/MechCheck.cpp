@@ -93,11 +93,26 @@ bool MechCheck::enterSerialMode(std::string_view modeCommand) {
         link_.sendString(modeCommand);
         link_.waitFor(kModeMs, [&] { return on || cancelled; });
         if (on) return true;
-        if (cancelled) return false;
+        if (cancelled) break;
     }
+    // It may have been entered and only the box's answer was lost: whoever goes on takes the box to
+    // be in command mode.
+    if (state_.link.portOpen) callBack([] { return true; });
+    if (cancelled) return false;
     prompts_.ask(
         {.title = state_.msgText(301), .text = state_.msgText(300), .icon = PromptIcon::critical});
     return false;
+}
+
+/// A break and ESC; in between the box has time until `over`.
+void MechCheck::callBack(const std::function<bool()>& over) {
+    link_.sendBreak(kLeaveBreakMs);
+    // What the mech still had to say must not stand before the box's line.
+    state_.link.lineBuffer.clear();
+    link_.waitFor(kModeMs, over);
+    // Whoever gave up entering serial mode may have been told only now that it was entered.
+    state_.box.serialModeFlag = false;
+    link_.sendEscapes(kLeaveEscapes);
 }
 
 bool MechCheck::leaveSerialMode() {
@@ -110,13 +125,7 @@ bool MechCheck::leaveSerialMode() {
     if (over()) return false;
     const ModeInDoubt doubt(state_.box);
     link_.flushInput();
-    link_.sendBreak(kLeaveBreakMs);
-    // What the mech still had to say must not stand before the box's line.
-    state_.link.lineBuffer.clear();
-    link_.waitFor(kModeMs, over);
-    // Whoever gave up entering serial mode may have been told only now that it was entered.
-    state_.box.serialModeFlag = false;
-    link_.sendEscapes(kLeaveEscapes);
+    callBack(over);
     // The box answers the ESC characters, not the break, so it is given time to.
     if (link_.waitFor(kModeMs, over)) return state_.box.commandModeFlag;
     if (checkMech(false)) return true;

@@ -21,7 +21,8 @@ class MechCheck {
     bool probeBox();
 
     /// Up to 5 attempts with a mode command such as "$05"; false was told (message 300), unless the
-    /// run was cancelled meanwhile, which ends the attempts at once.
+    /// run was cancelled meanwhile, which ends the attempts at once. The box is then told to go
+    /// back, in case that it had gone over and its answer was lost.
     bool enterSerialMode(std::string_view modeCommand);
     /// Back to command mode: 150 ms break, 20 ESC; false for a box that stays stuck, which is told
     /// (302). Without an open port it only forgets the mode, which is false too.
@@ -29,6 +30,7 @@ class MechCheck {
 
   private:
     bool runCheck(bool detect);
+    void callBack(const std::function<bool()>& over);
 
     SessionState& state_;
     ProgrammerLink& link_;

@@ -26,16 +26,17 @@ class Oracle {
     void stepBegins();
     /// What a program at rest leaves behind: no box, no open file, the box in command mode.
     void atRest();
+    /// The same with the main window in front: the box measures and tests nothing either.
+    void atHome();
     /// The files in the program's folder; `clean` after an undisturbed job.
     void files(bool clean);
     void violation(const std::string& what);
 
     std::vector<std::string> violations;
-    /// The technician was told that the box or the line failed, so that the box may be stuck.
-    [[nodiscard]] bool toldOfBox() const;
     [[nodiscard]] int verdicts() const { return verdicts_; }
 
   private:
+    [[nodiscard]] bool boxMayBeDeaf() const;
     void seen(const Prompt& prompt);
     void turn();
     void errorReport(const std::string& text);
@@ -60,12 +61,19 @@ class Oracle {
 
     void dump();
     void log();
-    void savedMemory();
+    void savedMemory(bool clean);
+    void readWhole();
+    [[nodiscard]] bool linesUnchecked() const;
+    void tested(int dropped);
+    [[nodiscard]] std::vector<int> reportedCoins();
 
     World& world_;
     bool healthy_ = false;
+    bool struck_ = false;  ///< the fault has, at some time
     int verdicts_ = 0;
-    bool fromFile_ = false;  ///< what was confirmed last was a file
+    bool toldOfBox_ = false;        ///< the box or the line failed, so that the box may be stuck
+    bool savedIncomplete_ = false;  ///< a memory that was not whole
+    bool fromFile_ = false;         ///< what was confirmed last was a file
     // when the step began
     std::size_t wireFrom_ = 0;  ///< of the transcript
     int struckBefore_ = 0;

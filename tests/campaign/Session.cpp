@@ -123,7 +123,8 @@ class Session {
     }
 
     void cleanJob() {
-        if (world_.ended()) {
+        const bool restarted = world_.ended();
+        if (restarted) {
             if (!world_.start()) {
                 oracle_.violation("(c) the program does not start again");
                 return;
@@ -132,6 +133,7 @@ class Session {
             oracle_.violation("(c) there is no way back to the main window");
             return;
         }
+        if (!restarted) oracle_.atHome();
         oracle_.expectHealthy();
         world_.prompts.seen.clear();
         const Micros began = world_.loop.now();
@@ -150,6 +152,7 @@ class Session {
         if (!world_.ended() && !user_.goHome()) {
             oracle_.violation("(c) no way home from a clean run");
         }
+        oracle_.atHome();
         expectSilence();
         noteFingerprint();
     }

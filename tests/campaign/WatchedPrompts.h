@@ -16,6 +16,7 @@ class WatchedPrompts final : public Prompts {
 
     /// Called before a box is shown; what is true then is what the box speaks of.
     std::function<void(const Prompt&)> watcher;
+    std::function<void()> onSave;   ///< a file to save to was picked
     std::vector<std::string> seen;  ///< "title|text", notices too
     static constexpr std::size_t kNever = static_cast<std::size_t>(-2);
     std::size_t fileOpenedAt = kNever;  ///< how many boxes had been seen when a file was picked
@@ -34,6 +35,7 @@ class WatchedPrompts final : public Prompts {
         const Open counted(open);
         auto chosen = inner_.askFile(question);
         if (chosen && !question.saving) fileOpenedAt = seen.size();
+        if (chosen && question.saving && onSave) onSave();
         return chosen;
     }
     void beep() override { inner_.beep(); }

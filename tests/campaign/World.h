@@ -46,6 +46,9 @@ class World {
     test::BenchHand hand{loop, box};
     std::vector<boxsim::MemoryCell> fileCells;  ///< the memory that the memory file was made of
     std::string fileText;                       ///< as it was laid out
+    std::string oldText;                        ///< what the file that is saved held before
+    std::function<void()> onRead;               ///< the job has read a memory whole
+    std::function<void(int dropped)> onTested;  ///< the job has dropped coins in a validator test
     std::function<void()> onTurn;               ///< every turn of the event loop
 
     static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
