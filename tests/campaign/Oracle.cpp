@@ -238,8 +238,9 @@ void Oracle::tested(int dropped) {
     for (std::size_t i = 0; i < reported.size(); ++i) {
         shown.push_back(std::stoi(test::label("frmValtest.lblCount_" + std::to_string(i))));
     }
-    // A stray press may clear them, and a spoilt line may be read in more than one way.
-    const bool quiet = healthy_ || (struckInStep() == 0 && world_.plan.presses.empty());
+    // A stray press may clear them, and a spoilt line may be read in more than one way; a box whose
+    // version was spoilt passes for one that reports no rejected coins.
+    const bool quiet = healthy_ || (world_.box.faultsStruck() == 0 && world_.plan.presses.empty());
     if (quiet && shown != reported) violation("(e) the counts are not the coins reported");
     // The bench's coins are those that a new mech takes, but for the washer.
     if (healthy_ && std::ranges::count(reported, 0) == std::ssize(reported)) {

@@ -229,7 +229,8 @@ void Oracle::coinControls() {
         violation("(d) verified, but changed word " + std::to_string(word) + " was not read back");
         return;
     }
-    dump();
+    // What lies behind the verified words may have been misread.
+    if (!linesUnchecked()) dump();
 }
 
 /// A programmed routing has the paths of the window, and the rest of the memory is as it was.
@@ -414,7 +415,7 @@ void Oracle::nriTranscript(const std::vector<std::string>& writes, bool handshak
         if (wire[i].fromBox) answer += static_cast<char>(wire[i].byte);
     }
     const bool ready = answer.find("*R") != std::string::npos;
-    const bool status = answer.find("C 0") != std::string::npos;
+    const bool status = answer.find("C0") != std::string::npos || answer.find("N0") != answer.npos;
     if (!ready && !status) violation("(a) programmed, but the box did not answer afterwards");
 }
 
