@@ -192,10 +192,13 @@ void Oracle::files(bool clean) {
 bool Oracle::linesUnchecked() const {
     using Kind = boxsim::Fault::Kind;
     if (healthy_ || world_.box.faultsStruck() == 0) return false;
+    const Kind kind = world_.plan.armed.kind;
     // No answer says what it is the answer to.
-    if (world_.plan.armed.kind == Kind::previousReply) return true;
+    if (kind == Kind::previousReply) return true;
+    // A block of an NRI mech has the length that it has, and one that is refused is not there.
+    if (world_.plan.is(kNri) && (kind == Kind::mechCut || kind == Kind::mechRefuses)) return true;
     const bool summed = world_.plan.is(kCoinControls) && world_.plan.model->code != "Sentinel";
-    return !summed && (world_.plan.row().bytes || world_.plan.armed.kind == Kind::longReply);
+    return !summed && (world_.plan.row().bytes || kind == Kind::longReply);
 }
 
 /// A read was reported whole: the window, and the dump, have what there is.
@@ -255,6 +258,10 @@ void Oracle::tested(int dropped) {
 std::vector<int> Oracle::reportedCoins() {
     constexpr std::size_t kPositions = 16;
     std::vector<int> counts(kPositions);
+    // What noise has made of a line may name a position that no mech has.
+    const auto count = [&counts](std::size_t place) {
+        if (place < counts.size()) ++counts[place];
+    };
     const std::string code(world_.plan.model->code);
     const auto& wire = world_.box.transcript();
     std::string line;
@@ -268,17 +275,18 @@ std::vector<int> Oracle::reportedCoins() {
             // 80, then the channel above the bits of its tube: left, middle, right, or the cash
             // box.
             const int record = line.size() == 2 ? static_cast<unsigned char>(line[1]) : 0;
-            if (record / 8 > 0) ++counts.at(static_cast<std::size_t>(record / 8 - 1));
-            if (record != 0)
-                ++counts.at((record & 4) ? 8 : (record & 2) ? 9 : (record & 1) ? 10 : 11);
+            if (record / 8 > 0) count(static_cast<std::size_t>(record / 8 - 1));
+            if (record != 0) {
+                count((record & 4) ? 8 : (record & 2) ? 9 : (record & 1) ? 10 : 11);
+            }
         } else if (line == "V R") {
             const std::size_t rejected = code == "MS1000" ? 9 : 6;
-            if (world_.plan.is(kMars)) ++counts.at(rejected);
+            if (world_.plan.is(kMars)) count(rejected);
         } else if (line.size() == 3 && line.starts_with("V ")) {
             constexpr std::array<std::size_t, 4> kTubes = {0, 2, 3, 1};
             const bool tubes = code == "450" || code.starts_with("G18") || code.starts_with("G40");
             const auto place = static_cast<std::size_t>(line[2] - 'A');
-            ++counts.at(tubes && place < kTubes.size() ? kTubes.at(place) : place);
+            count(tubes && place < kTubes.size() ? kTubes.at(place) : place);
         }
         line.clear();
     }
