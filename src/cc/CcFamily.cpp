@@ -107,11 +107,11 @@ void CcFamily::rebuildImage() {
         errors_.attempt(
             157, [&] { mapC120Outputs(coinset.c120OutputMap, coinset.c120Jaguar, images.next); });
     }
-    errors_.attempt(115, [&] { ccChecksum(shape(), images.old, images.next); });
     if (coinset.routingPresent && !state_.gather.wizardRun) {
         errors_.attempt(
             116, [&] { applyCoinsetRouting(shape(), coinset.routing, images.old, images.next); });
     }
+    errors_.attempt(115, [&] { ccChecksum(shape(), memory_.soundImage(), images.next); });
 }
 
 bool CcFamily::programAndVerify() {

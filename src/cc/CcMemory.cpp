@@ -292,6 +292,13 @@ bool CcMemory::matchesNewImage() const {
 
 bool CcMemory::programme() {
     bool good = false;
+    if (state_.oldImageWhole()) {
+        // Until it has been verified, however it ends.
+        unfinished_ = Unfinished{.model = state_.mech.mechType,
+                                 .sound = soundImage(),
+                                 .held = state_.images.old,
+                                 .meant = state_.images.next};
+    }
     errors_.attempt(311, [&] {
         CcFlow flow(state_, link_, *this);
         writeCcEeprom();
@@ -299,7 +306,22 @@ bool CcMemory::programme() {
         good = verifyCcEeprom();
         flow.finish();
     });
+    if (good) unfinished_.reset();
     return good;
+}
+
+const MechImage& CcMemory::soundImage() const {
+    // The word in which the mech lost its power may be anything. Where more words are of neither
+    // image, another mech is plugged in.
+    constexpr int kHalfWritten = 1;
+    constexpr int kSummed = 128;  // words that the check byte is about, its own included
+    const MechImage& old = state_.images.old;
+    if (!unfinished_ || unfinished_->model != state_.mech.mechType) return old;
+    int strange = 0;
+    for (int i = 0; i < std::min(words(), kSummed); ++i) {
+        strange += old[i] != unfinished_->held[i] && old[i] != unfinished_->meant[i];
+    }
+    return strange <= kHalfWritten ? unfinished_->sound : old;
 }
 
 }  // namespace vantor

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "cc/CcLayout.h"
 #include "cc/SentinelMemory.h"
 #include "link/ProgressDisplay.h"
@@ -57,6 +60,9 @@ class CcMemory {
     bool verifyCcEeprom();
     /// "J", write, verify, "W"; true for a verified mech.
     bool programme();
+    /// The image whose check byte is to be trusted: the old one or, when that is what a programming
+    /// that failed has left in the mech, the memory before it.
+    [[nodiscard]] const MechImage& soundImage() const;
 
     /// Command mode again, where a session that did not open left the box in serial mode. Whoever
     /// calls for reading or writing outside a `CcFlow` ends with this.
@@ -81,6 +87,13 @@ class CcMemory {
     [[nodiscard]] bool matchesNewImage() const;
     void tell(int title, const std::string& text);
 
+    /// A programming that failed: the mech holds some words of `held` and some of `meant`, and a
+    /// check byte that belongs to neither.
+    struct Unfinished {
+        std::string model;
+        MechImage sound, held, meant;
+    };
+
     SessionState& state_;
     ProgrammerLink& link_;
     MechCheck& check_;
@@ -88,6 +101,7 @@ class CcMemory {
     ErrorReporter& errors_;
     ProgressDisplay& progress_;
     SentinelMemory sentinel_;
+    std::optional<Unfinished> unfinished_;
 };
 
 /// Keeps a session from being left open when the program ends inside it.

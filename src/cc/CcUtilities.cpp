@@ -102,6 +102,7 @@ bool CcUtilities::buildRouting(const C435Settings& settings) {
             tell(715, 714);
             return false;
         case C435Fault::none:
+            ccChecksum(shape, memory_.soundImage(), state_.images.next);
             break;
     }
     return confirm(709, 708, shape.words);

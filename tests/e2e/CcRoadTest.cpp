@@ -130,6 +130,40 @@ TEST_F(CcFaults, AnIncompleteReadIsToldAndNothingIsBuiltOnIt) {
     }
 }
 
+TEST_F(CcFaults, AfterAProgrammingThatFailedTheCheckByteIsRightAgain) {
+    struct Case {
+        const char* model;
+        Fault fault;
+        bool anew;  ///< the coins are measured again, not only programmed
+    };
+    for (const Case& c :
+         {Case{"335", {.kind = Fault::Kind::lyingWrite, .after = 4}, false},
+          Case{"335", {.kind = Fault::Kind::lyingWrite, .after = 4}, true},
+          Case{"435", {.kind = Fault::Kind::powerLoss, .after = 9, .value = 500}, true},
+          Case{"C120", {.kind = Fault::Kind::mechRefuses, .after = 5}, false}}) {
+        SCOPED_TRACE(c.model);
+        programFromCoinset(c.model);
+        box.addFault(c.fault);
+        click("frmPROM.cmdProgPROM");
+        EXPECT_TRUE(technician.saw("EEPROM Verify FAIL")) << last();
+        EXPECT_NE((byteSum(words(), 0, 127) + words()[127] / 256) % 256, 0) << "nothing to mend";
+        box.clearFaults();
+        loop.advance(std::chrono::seconds(1));
+        if (c.anew) {
+            click("frmPROM.cmdBack1");
+            runCoinset(std::string(c.model) + "-Dorin.cst");
+        } else if (!visible("frmPROM")) {
+            ADD_FAILURE() << last();
+        }
+        technician.seen.clear();
+        click("frmPROM.cmdProgPROM");
+        EXPECT_TRUE(technician.saw("EEPROM Verified OK")) << last();
+        EXPECT_EQ((byteSum(words(), 0, 127) + words()[127] / 256) % 256, 0);
+        program.reset();
+        technician.seen.clear();
+    }
+}
+
 TEST_F(CcFaults, WithoutASessionTheGatherWaitsForCancelAndSaysSo) {
     for (const char* model : {"435", "Sentinel"}) {
         SCOPED_TRACE(model);
