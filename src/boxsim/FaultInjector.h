@@ -46,7 +46,7 @@ class FaultInjector {
     /// An answer is ready: how many characters too many it has; nothing = none.
     [[nodiscard]] std::optional<std::size_t> lengthensAnswer();
     /// A break has ended: the box has not seen it.
-    [[nodiscard]] bool losesBreak() { return strikes(Fault::Kind::breakLost); }
+    [[nodiscard]] bool losesBreak() { return strikes(Fault::Kind::breakLost) || fromPc_.stalled; }
     /// A line, word or block is to be written: it is acknowledged and not done.
     [[nodiscard]] bool liesAboutWrite() { return strikes(Fault::Kind::lyingWrite); }
     /// The same moment: half of it is done, and how long the mech is dead; nothing = it has power.

@@ -111,6 +111,11 @@ class Session {
         if (plan_.row().kind == boxsim::Fault::Kind::powerLoss) {
             world_.loop.advance(milliseconds(plan_.armed.value));
         }
+        // What is late still comes, and is no news of the clean run.
+        if (plan_.row().kind == boxsim::Fault::Kind::delayByte ||
+            plan_.row().kind == boxsim::Fault::Kind::mechLate) {
+            world_.loop.advance(milliseconds(plan_.armed.value));
+        }
         world_.box.clearFaults();
         world_.box.replug();
         if (outcome_.done) {

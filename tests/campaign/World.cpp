@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "OldProm.h"
+#include "link/ProgrammerLink.h"
 #include "platform/Files.h"
 
 namespace vantor::campaign {
@@ -44,9 +45,22 @@ bool World::start() {
         Platform{loop, port, ports_, prompts, sounds_, calendar_, guard_}, folder, [] {});
     // Nobody looks; what would be painted is the toolkit's business.
     for (QWidget* window : QApplication::topLevelWidgets()) window->setUpdatesEnabled(false);
+    // The box may still be busy with what the last program asked of it.
+    RepeatingTimer again(loop);
+    again.start(std::chrono::seconds(3), [] {
+        const auto* retry = test::widget<QAbstractButton>("frmOpening.cmdRetry");
+        if (retry != nullptr && retry->isVisible() && retry->isEnabled()) {
+            test::click("frmOpening.cmdRetry");
+        }
+    });
+    const EventLoop::TimerId watchdog =
+        loop.callAfter(2 * kStartUp, [this] { program->link().endProgram(); });
     loop.callAfter(Micros{0}, [this] { program->load(); });
-    return loop.runUntil([this] { return program->idle() || program->ended(); }, kStartUp) &&
-           program->idle();
+    const bool started =
+        loop.runUntil([this] { return program->idle() || program->ended(); }, kStartUp) &&
+        program->idle();
+    loop.cancel(watchdog);
+    return started;
 }
 
 }  // namespace vantor::campaign
