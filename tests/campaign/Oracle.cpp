@@ -68,6 +68,7 @@ void Oracle::stepBegins() {
     const boxsim::SimulatedMech* mech = world_.box.mech();
     if (mech == nullptr) return;
     memoryBefore_ = mech->memory();
+    if (memoryFirst_.empty()) memoryFirst_ = memoryBefore_;
     for (int channel = 1; channel <= world_.plan.model->channelCount; ++channel) {
         windowsBefore_.push_back(mech->windows(channel));
     }

@@ -77,6 +77,7 @@ class Oracle {
     // when the step began
     std::size_t wireFrom_ = 0;  ///< of the transcript
     int struckBefore_ = 0;
+    std::vector<boxsim::MemoryCell> memoryFirst_;  ///< when the session began
     std::vector<boxsim::MemoryCell> memoryBefore_;
     std::vector<std::vector<boxsim::ByteWindow>> windowsBefore_;  ///< channel 1 first
     // spinning

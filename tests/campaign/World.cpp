@@ -40,6 +40,7 @@ World::~World() {
 }
 
 bool World::start() {
+    startedAgain = program != nullptr;
     program.reset();
     program = std::make_unique<Program>(
         Platform{loop, port, ports_, prompts, sounds_, calendar_, guard_}, folder, [] {});

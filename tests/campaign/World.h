@@ -49,6 +49,7 @@ class World {
     std::string oldText;                        ///< what the file that is saved held before
     std::function<void()> onRead;               ///< the job has read a memory whole
     std::function<void(int dropped)> onTested;  ///< the job has dropped coins in a validator test
+    bool startedAgain = false;                  ///< the program was ended and started anew
     std::function<void()> onTurn;               ///< every turn of the event loop
 
     static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
