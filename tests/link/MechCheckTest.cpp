@@ -61,7 +61,8 @@ TEST(MechCheck, ACancelledRunTriesSerialModeNoFurther) {
                          [&] { world.state.gather.abortFlag = true; });
     EXPECT_FALSE(world.check.enterSerialMode("$05"));
     EXPECT_NEAR(world.ms(), 600 + kLeaveBreakMs, 40);
-    EXPECT_TRUE(world.port.sent.ends_with("<break></break>" + escapes(20)));
+    const std::string attempt = escapes(25) + "$05";
+    EXPECT_EQ(world.port.sent, attempt + attempt + "<break></break>" + escapes(20));
     EXPECT_TRUE(world.prompts.asked.empty());
 }
 
