@@ -31,7 +31,9 @@ void CcCoinData::enable() {
         CcMemory::SessionGuard session(memory_);
         const bool open = memory_.openEepromSession();
         if (sessionOpened && !state_.gather.abortFlag) sessionOpened(open);
-        if (open || memory_.model().session == CcSession::i2c) requestCcCoinData();
+        // A mech that says nothing yet may all the same; a box in command mode passes nothing on.
+        const bool i2c = memory_.model().session == CcSession::i2c;
+        if (open || (i2c && state_.box.serialModeFlag)) requestCcCoinData();
         session.dismiss();
     });
 }

@@ -90,9 +90,11 @@ void CcMemory::closeEepromSession() {
         sentinel_.closeSentinelSession();
         return;
     }
-    state_.box.i2cAckFlag = false;
-    link_.sendString(kEnd);
-    link_.waitFor(kChannelMs, state_.box.i2cAckFlag);
+    if (state_.box.serialModeFlag) {  // a box in command mode takes the closing for commands
+        state_.box.i2cAckFlag = false;
+        link_.sendString(kEnd);
+        link_.waitFor(kChannelMs, state_.box.i2cAckFlag);
+    }
     check_.leaveSerialMode();
     // A spoilt coin frame meanwhile was asked for again, which has set it going.
     link_.setKeepAlive(false);

@@ -267,6 +267,21 @@ int parseMs(std::string_view word) {
     return value;
 }
 
+namespace {
+
+/// A blank that ends the line behind a backslash is part of its last word.
+std::string_view withoutBlanksAround(std::string_view line) {
+    const std::string_view text = trimmed(line);
+    if (text.empty()) return text;
+    const std::size_t end = static_cast<std::size_t>(text.data() - line.data()) + text.size();
+    const std::size_t other = text.find_last_not_of('\\');
+    const std::size_t backslashes = text.size() - (other == text.npos ? 0 : other + 1);
+    const bool escaped = backslashes % 2 == 1 && end < line.size();
+    return {text.data(), text.size() + (escaped ? 1 : 0)};
+}
+
+}  // namespace
+
 ParsedLine parseLine(std::string_view text, int number, const Values& values) {
     text = withoutLineEnd(text);
     if (number == 1 && text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
@@ -282,7 +297,7 @@ ParsedLine parseLine(std::string_view text, int number, const Values& values) {
         return ScriptError{number, *problem};
     }
     auto words = std::get<std::vector<std::string>>(std::move(split));
-    const std::string_view written = trimmed(line);
+    const std::string_view written = withoutBlanksAround(line);
     if (words.empty() && written.empty()) return NoCommand{};
     if (words.empty()) return Command{number, Verb::remark, {}, std::string(written)};
 
