@@ -130,7 +130,7 @@ void Job::makeMemoryFile() {
     world_.hand.memoryFile = world_.file("memory.txt");
     world_.fileCells = mech.memory();
     world_.fileText = mech.savedMemory();
-    world_.box.plugValidator(plan.model->maker, plan.model->code);
+    world_.plugMech();
 }
 
 bool Job::perform(int step) {

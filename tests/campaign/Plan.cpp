@@ -5,6 +5,8 @@
 
 #include "Dice.h"
 #include "Jobs.h"
+#include "catalogue/MessageTable.h"
+#include "catalogue/Text.h"
 
 namespace vantor::campaign {
 
@@ -159,6 +161,13 @@ bool fits1K(const Plan& plan) {
     return plan.model->code != "MS1400" && plan.coinset.find("-2K") == std::string::npos;
 }
 
+constexpr std::array kOwnWays = {
+    OwnWay{"C120", "long-frames", "on"},
+    OwnWay{"435", "long-frames", "on"},
+    OwnWay{"Sentinel", "end-mark", "on"},
+    OwnWay{"G10-4000/5", "mode", "$25"},
+};
+
 std::string_view inWords(Press::What what) {
     switch (what) {
         case Press::What::cancel:
@@ -187,9 +196,15 @@ std::vector<JobKind> jobsOf(const MechModel& model) {
     } else {
         jobs.push_back(JobKind::clone);
         jobs.push_back(JobKind::fromFile);
-        if (model.code == "435") jobs.push_back(JobKind::routing);
+        // The only model of many that has this job: it would hardly ever be drawn.
+        if (model.code == "435") jobs.insert(jobs.end(), 3, JobKind::routing);
     }
     return jobs;
+}
+
+const OwnWay* ownWayOf(const MechModel& model) {
+    const auto* found = std::ranges::find(kOwnWays, model.code, &OwnWay::model);
+    return found == kOwnWays.end() ? nullptr : found;
 }
 
 std::span<const FaultRow> faultRows() {
@@ -230,6 +245,8 @@ Plan planOf(std::uint64_t seed) {
                                                 : coinsets.front();
     plan.oneK = fits1K(plan) && dice.chance(40);
     if (plan.job == JobKind::wizard) plan.wizard = dice.between(0, 2);
+    plan.ownWay = ownWayOf(*plan.model) != nullptr && dice.chance(40);
+    if (dice.chance(25)) plan.language = dice.pick(std::span(kLanguages).subspan(1)).name;
     plan.detail = static_cast<std::uint32_t>(dice.next() >> 32U);
     return plan;
 }
@@ -241,6 +258,10 @@ std::string inWords(const Plan& plan) {
     if (plan.coinset.find("-Dorin.cst") == std::string::npos) text += ", " + plan.coinset;
     if (plan.oneK) text += ", 1K";
     if (plan.bipolar) text += ", bipolar";
+    if (plan.ownWay) text += ", " + std::string(ownWayOf(*plan.model)->option);
+    if (plan.language != "English") {
+        text += ", " + toUtf8(plan.language);
+    }
     if (plan.lineFeeds) text += ", line feeds";
     if (plan.lateReady) text += ", ready at the end of the break";
     if (plan.log) text += ", logged";

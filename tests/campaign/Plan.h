@@ -41,6 +41,15 @@ struct FaultRow {
 };
 [[nodiscard]] std::span<const FaultRow> faultRows();
 
+/// How some mechs of a model speak.
+struct OwnWay {
+    std::string_view model;
+    std::string_view option;
+    std::string_view value;
+};
+/// nullptr for a model whose mechs all speak alike.
+[[nodiscard]] const OwnWay* ownWayOf(const MechModel& model);
+
 /// What the user does beside the work.
 struct Press {
     enum class What { cancel, exit, closeWindow, anyButton };
@@ -63,15 +72,17 @@ struct Plan {
     int faultShare = 0;       ///< of the moments of that step at which it can strike, in 10 000ths
     bool faultEarly = false;  ///< among the first of them
     std::vector<Press> presses{};
-    bool log = false;          ///< the results are logged
-    bool bipolar = false;      ///< Mars: a bipolar PROM
-    bool oldFile = false;      ///< the file that is saved exists already
-    bool lineFeeds = false;    ///< the box ends its lines in CR LF
-    bool lateReady = false;    ///< the box says that it is back at the end of the break
-    std::string coinset{};     ///< file name in the folder of the coinsets
-    bool oneK = false;         ///< Mars: a 1K PROM
-    int wizard = 0;            ///< 0 edit limits, 1 add or replace, 2 slug fix
-    std::uint32_t detail = 0;  ///< the channel of a wizard, the words of a file
+    bool log = false;        ///< the results are logged
+    bool bipolar = false;    ///< Mars: a bipolar PROM
+    bool oldFile = false;    ///< the file that is saved exists already
+    bool lineFeeds = false;  ///< the box ends its lines in CR LF
+    bool lateReady = false;  ///< the box says that it is back at the end of the break
+    bool ownWay = false;     ///< the mech speaks in the way that not all of its model do
+    std::string_view language = "English";  ///< as the configuration names it
+    std::string coinset{};                  ///< file name in the folder of the coinsets
+    bool oneK = false;                      ///< Mars: a 1K PROM
+    int wizard = 0;                         ///< 0 edit limits, 1 add or replace, 2 slug fix
+    std::uint32_t detail = 0;               ///< the channel of a wizard, the words of a file
 
     [[nodiscard]] const FaultRow& row() const {
         return faultRows()[static_cast<std::size_t>(fault)];

@@ -27,6 +27,7 @@ Plan bare(const Plan& plan) {
             .job = plan.job,
             .presses = {},
             .bipolar = plan.bipolar,
+            .ownWay = plan.ownWay,
             .coinset = plan.coinset,
             .oneK = plan.oneK,
             .wizard = plan.wizard,
@@ -142,8 +143,9 @@ void Rehearsal::place(Plan& plan) const {
 const Rehearsal& rehearsalOf(const Plan& plan) {
     static std::map<std::string, Rehearsal> played;
     std::string key;
-    for (const int number : {static_cast<int>(plan.job), static_cast<int>(plan.bipolar),
-                             static_cast<int>(plan.oneK), plan.wizard}) {
+    for (const int number :
+         {static_cast<int>(plan.job), static_cast<int>(plan.bipolar), static_cast<int>(plan.oneK),
+          static_cast<int>(plan.ownWay), plan.wizard}) {
         key += std::to_string(number) + ",";
     }
     key += plan.coinset + "," + std::string(plan.model->code);

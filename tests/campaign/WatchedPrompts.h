@@ -16,6 +16,8 @@ class WatchedPrompts final : public Prompts {
 
     /// Called before a box is shown; what is true then is what the box speaks of.
     std::function<void(const Prompt&)> watcher;
+    /// The English of what is asked, for those who read it here.
+    std::function<std::string(std::string)> english = [](std::string text) { return text; };
     std::function<void()> onSave;   ///< a file to save to was picked
     std::vector<std::string> seen;  ///< "title|text", notices too
     static constexpr std::size_t kNever = static_cast<std::size_t>(-2);
@@ -54,7 +56,9 @@ class WatchedPrompts final : public Prompts {
         int& count_;
     };
 
-    void note(const Prompt& prompt) {
+    void note(Prompt prompt) {
+        prompt.title = english(prompt.title);
+        prompt.text = english(prompt.text);
         seen.push_back(prompt.title + "|" + prompt.text);
         if (watcher) watcher(prompt);
     }

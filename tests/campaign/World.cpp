@@ -2,8 +2,12 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <algorithm>
+#include <functional>
 
 #include "OldProm.h"
+#include "boxsim/SimulatedMech.h"
+#include "catalogue/Text.h"
 #include "link/ProgrammerLink.h"
 #include "platform/Files.h"
 
@@ -22,8 +26,8 @@ World::World(const Plan& of)
         QCoreApplication::processEvents();
         if (onTurn) onTurn();
     });
-    box.plugValidator(plan.model->maker, plan.model->code);
-    writeFileWhole(file("config0000.txt"), kConfig);
+    plugMech();
+    chooseLanguage();
     hand.asked = [this] { return prompts.open > 0; };
     box.setLineFeeds(plan.lineFeeds);
     box.setReadyAtBreakEnd(plan.lateReady);
@@ -37,6 +41,45 @@ World::World(const Plan& of)
 
 World::~World() {
     loop.setCompanion({});
+}
+
+void World::plugMech() {
+    box.plugValidator(plan.model->maker, plan.model->code);
+    if (!plan.ownWay) return;
+    const OwnWay& way = *ownWayOf(*plan.model);
+    box.mech()->setOption(way.option, way.value);
+}
+
+void World::chooseLanguage() {
+    const std::string name(plan.language);
+    writeFileWhole(file("config0000.txt"), "\" 1\",\"" + name + "\",\" 0\",\" 0\",\"\"\r\n");
+    const auto language = std::ranges::find(kLanguages, plan.language, &Language::name);
+    if (language->file.empty()) return;
+    const std::filesystem::path data = std::filesystem::path(VANTOR_SOURCE_DIR) / "data";
+    std::filesystem::copy_file(data / language->file, file(std::string(language->file)));
+    prompts.english = [this](const std::string& text) { return toEnglish(text); };
+    hand.english = [this](const std::string& text) { return toUtf8(toEnglish(fromUtf8(text))); };
+}
+
+/// Texts of messages become those that they translate, wherever they stand.
+std::string World::toEnglish(std::string text) {
+    if (texts_.empty() && program != nullptr && state().messages.languageTableLoaded) {
+        constexpr std::size_t kShortest = 4;  // what is shorter stands in other words too
+        for (const EnglishText& english : englishMessages()) {
+            std::string foreign = state().msgText(english.id);
+            if (foreign.size() < kShortest || foreign == english.text) continue;
+            texts_.emplace_back(std::move(foreign), english.text);
+        }
+        std::ranges::stable_sort(texts_, std::greater{},
+                                 [](const auto& pair) { return pair.first.size(); });
+    }
+    for (const auto& [foreign, english] : texts_) {
+        for (auto at = text.find(foreign); at != std::string::npos;
+             at = text.find(foreign, at + english.size())) {
+            text.replace(at, foreign.size(), english);
+        }
+    }
+    return text;
 }
 
 bool World::start() {

@@ -26,6 +26,8 @@ class World {
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
+    /// A mech fresh from the factory.
+    void plugMech();
     /// Starts the program, anew after an end; true when its main window is ready.
     bool start();
     [[nodiscard]] bool ended() const { return program == nullptr || program->ended(); }
@@ -52,9 +54,12 @@ class World {
     bool startedAgain = false;                  ///< the program was ended and started anew
     std::function<void()> onTurn;               ///< every turn of the event loop
 
-    static constexpr const char* kConfig = "\" 1\",\"English\",\" 0\",\" 0\",\"\"\r\n";
-
   private:
+    void chooseLanguage();
+    [[nodiscard]] std::string toEnglish(std::string text);
+
+    std::vector<std::pair<std::string, std::string>>
+        texts_;  ///< foreign, English; the longest first
     test::FakeDirectory ports_;
     test::RecordedSounds sounds_;
     test::FixedCalendar calendar_;

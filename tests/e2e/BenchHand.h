@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -42,6 +43,8 @@ class BenchHand {
     std::string wizardCoin, wizardSlug;
     /// Whether anything is asked now; looking for it oneself is slow.
     std::function<bool()> asked = [] { return true; };
+    /// The English of a text on the screen, for a program that speaks another language.
+    std::function<std::string(std::string)> english = [](std::string text) { return text; };
     /// Told what the program asks for and the bench cannot do.
     std::function<void(const std::string&)> complain;
 
@@ -92,7 +95,7 @@ class BenchHand {
     }
 
     void chooseFile(QFileDialog& dialog) {
-        const std::string title = dialog.windowTitle().toStdString();
+        const std::string title = english(dialog.windowTitle().toStdString());
         const bool memory = title == "Open File" || title == "File Open" || title == "File Save";
         const auto& file = memory                                           ? memoryFile
                            : dialog.acceptMode() == QFileDialog::AcceptSave ? log
@@ -108,8 +111,8 @@ class BenchHand {
     }
 
     void answerBox(QMessageBox& open) {
-        const std::string title = open.windowTitle().toStdString();
-        const std::string text = open.text().toStdString();
+        const std::string title = english(open.windowTitle().toStdString());
+        const std::string text = english(open.text().toStdString());
         seen.push_back(title + "|" + text);
         if (declines()) {
             auto* cancel = open.button(QMessageBox::Cancel);
@@ -175,9 +178,11 @@ class BenchHand {
         box_.setSwitch(2, two);
     }
 
-    /// One coin after the other, as long as somebody hears them and the window asks for more.
+    /// One coin after the other, as long as somebody hears them and the window asks for more. Not
+    /// at once: a coin that falls while a mech is still being identified spoils its answer.
     void dropWhileAsked() {
         const bool heard = box_.coinDataOn() || box_.inSerialMode();
+        if (!heard) nextDrop_ = std::max(nextDrop_, loop_.now() + std::chrono::milliseconds(400));
         if (!heard || item_.empty() || loop_.now() < nextDrop_) return;
         if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
         if (!box_.drop(item_) && complain) complain("no such coin on the bench: " + item_);
