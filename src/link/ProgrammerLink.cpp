@@ -135,7 +135,8 @@ bool ProgrammerLink::openPort(int portNumber) {
     if (link.portOpen) return true;
     link.portNumber = portNumber;
     queue_.clear();
-    link.portOpen = port_.open(portNumber).open;
+    // An open port stays open: its lines may be what keeps a box awake.
+    link.portOpen = port_.isOpen() || port_.open(portNumber).open;
     return link.portOpen;
 }
 

@@ -1,7 +1,5 @@
 #include "platform/EventLoop.h"
 
-#include <algorithm>
-
 namespace vantor {
 
 void RepeatingTimer::start(Micros interval, EventLoop::Callback callback) {
@@ -22,8 +20,10 @@ void RepeatingTimer::arm() {
 }
 
 void RepeatingTimer::fire() {
-    // Ticks that a busy machine missed are not made up for in a burst.
-    due_ = std::max(due_ + interval_, loop_.now());
+    // Ticks that a busy machine missed are not made up for in a burst: whatever counts them, a
+    // break on the line above all, would be over too soon.
+    due_ += interval_;
+    if (due_ < loop_.now()) due_ = loop_.now() + interval_;
     arm();
     // The callback may stop or restart the timer, so a copy is called.
     const auto callback = callback_;

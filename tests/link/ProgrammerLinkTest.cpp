@@ -102,6 +102,52 @@ TEST(ProgrammerLink, AFailedPortIsToldOnceAndOpenedAgainByTheNextAction) {
     EXPECT_TRUE(world.state.link.portOpen);
 }
 
+TEST(ProgrammerLink, AnOpenPortIsNotOpenedAgain) {
+    LinkWorld world;
+    ASSERT_TRUE(world.port.isOpen());
+    world.port.openedNumber = 0;
+    world.state.link.portOpen = false;  // as Retry leaves it
+    EXPECT_TRUE(world.link.openPort(1));
+    EXPECT_EQ(world.port.openedNumber, 0);
+    EXPECT_TRUE(world.state.link.portOpen);
+}
+
+/// Time goes on although nothing is run: the machine is busy elsewhere.
+class BusyLoop final : public EventLoop {
+  public:
+    [[nodiscard]] Micros now() const override { return now_; }
+    TimerId callAfter(Micros delay, Callback callback) override {
+        events_.emplace(now_ + std::max(delay, Micros{0}), std::move(callback));
+        return 1;
+    }
+    void cancel(TimerId) override { events_.clear(); }
+    void pump() override {
+        now_ = std::max(now_, events_.begin()->first);
+        const auto callback = events_.extract(events_.begin()).mapped();
+        callback();
+    }
+    void stall(Micros span) { now_ += span; }
+
+  private:
+    Micros now_{};
+    std::multimap<Micros, Callback> events_;
+};
+
+TEST(RepeatingTimer, TicksMissedByABusyMachineDoNotComeInABurst) {
+    using std::chrono::milliseconds;
+    BusyLoop loop;
+    RepeatingTimer timer(loop);
+    std::vector<long long> ticks;
+    timer.start(milliseconds(20), [&] { ticks.push_back(loop.now().count() / 1000); });
+    loop.pump();
+    loop.stall(milliseconds(25));  // a little late: the next one is in its place
+    loop.pump();
+    loop.pump();
+    loop.stall(milliseconds(90));
+    for (int i = 0; i < 3; ++i) loop.pump();
+    EXPECT_EQ(ticks, (std::vector<long long>{20, 45, 60, 150, 170, 190}));
+}
+
 TEST(ProgrammerLink, EndingUnwindsTheInnermostWaitAndEndsTheBreak) {
     LinkWorld world;
     world.loop.callAfter(std::chrono::milliseconds(40), [&] { world.link.endProgram(); });
