@@ -70,6 +70,7 @@ bool CcFamily::programmeFromFile() {
 
 void CcFamily::readOldMemory() {
     CcFlow flow(state_, link_, memory_);
+    transfers_.reset();
     // Half a memory would pass for limits of 0: what was not read is not taken over.
     const bool whole = memory_.readMemory();
     if (whole) {
@@ -108,8 +109,11 @@ void CcFamily::rebuildImage() {
             157, [&] { mapC120Outputs(coinset.c120OutputMap, coinset.c120Jaguar, images.next); });
     }
     if (coinset.routingPresent && !state_.gather.wizardRun) {
-        errors_.attempt(
-            116, [&] { applyCoinsetRouting(shape(), coinset.routing, images.old, images.next); });
+        // The same coinset programmed again is no further transfer.
+        const bool counted = transfers_ && *transfers_ == sentinelTransfers(images.old);
+        errors_.attempt(116, [&] {
+            applyCoinsetRouting(shape(), coinset.routing, images.old, images.next, counted);
+        });
     }
     errors_.attempt(115, [&] { ccChecksum(shape(), memory_.soundImage(), images.next); });
 }
@@ -123,6 +127,9 @@ bool CcFamily::programAndVerify() {
     }
     // The utilities window works on the same image and may have left a file in it.
     rebuildImage();
+    if (memory_.model().routing == CcRouting::sentinel) {
+        transfers_ = sentinelTransfers(state_.images.next);
+    }
     return memory_.programme();
 }
 

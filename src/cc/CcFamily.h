@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include <optional>
+
 #include "cc/CcCoinData.h"
 #include "cc/CcUtilities.h"
 #include "link/MechFamily.h"
@@ -42,6 +44,8 @@ class CcFamily final : public MechFamily {
     [[nodiscard]] CcShape shape() const { return ccShape(state_.mech.mechType); }
     void takeChannelsOver();
 
+    /// The transfer count of a Sentinel with this coinset's routing; nothing before it was sent.
+    std::optional<int> transfers_;
     SessionState& state_;
     ProgrammerLink& link_;
     MechCheck& check_;

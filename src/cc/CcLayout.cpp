@@ -36,7 +36,6 @@ namespace vantor {
 namespace {
 
 constexpr int kHighestLimit = 255;
-constexpr int kCheckWord = 127;
 constexpr int kSentinelCheckWord = 63;
 
 constexpr int kC120Channels = 12;
@@ -86,10 +85,6 @@ constexpr std::array<std::string_view, 14> kSentinelRoutes = {
 
 int wrapToByte(int value) {
     return (value % 256 + 256) % 256;
-}
-
-int wordOf(int high, int low) {
-    return high * 256 + low;
 }
 
 void checkRange(const char* what, int value, int last) {
@@ -167,11 +162,12 @@ void routeC435(const CoinsetRouting& routing, const MechImage& old, MechImage& n
         wordOf(lowByte(cutToWord(routing[kRoutingPlugPath])), lowByte(old[kPlugPathWord]));
 }
 
-void routeSentinel(const CoinsetRouting& routing, const MechImage& old, MechImage& next) {
+void routeSentinel(const CoinsetRouting& routing, const MechImage& old, MechImage& next,
+                   bool counted) {
     next[kSortWord] = cutToWord(routing[0]);
     next[kSortWord + 1] = cutToWord(routing[1]);
-    const int transfers = old[kTransferCountWord];
-    next[kTransferCountWord] = wordOf(wrapToByte(highByte(transfers) + 1), lowByte(transfers));
+    const int transfers = sentinelTransfers(old) + (counted ? 0 : 1);
+    next[kTransferCountWord] = wordOf(wrapToByte(transfers), lowByte(old[kTransferCountWord]));
     next[kBlockMarkWord] = kBlockMark;
     next[kBlockCheckWord] = 0;
     const int check = wrapToByte(-byteSum(next, kTransferCountWord, kBlockMarkWord));
@@ -241,9 +237,9 @@ void ccChecksum(const CcShape& shape, const MechImage& old, MechImage& next) {
         next[kSentinelCheckWord] = sentinelCheckWord(next);
         return;
     }
-    const int change = byteSum(next, 0, kCheckWord - 1) - byteSum(old, 0, kCheckWord - 1);
-    const int check = wrapToByte(highByte(old[kCheckWord]) - change);
-    next[kCheckWord] = wordOf(check, lowByte(old[kCheckWord]));
+    const int change = byteSum(next, 0, kCcCheckWord - 1) - byteSum(old, 0, kCcCheckWord - 1);
+    const int check = wrapToByte(highByte(old[kCcCheckWord]) - change);
+    next[kCcCheckWord] = wordOf(check, lowByte(old[kCcCheckWord]));
 }
 
 // --- outputs and routing -------------------------------------------------------------------
@@ -275,8 +271,12 @@ int c120Output(int mask) {
     return -1;
 }
 
+int sentinelTransfers(const MechImage& image) {
+    return highByte(image[kTransferCountWord]);
+}
+
 void applyCoinsetRouting(const CcShape& shape, const CoinsetRouting& routing, const MechImage& old,
-                         MechImage& next) {
+                         MechImage& next, bool counted) {
     switch (shape.model.routing) {
         case CcRouting::none:
             return;
@@ -289,7 +289,7 @@ void applyCoinsetRouting(const CcShape& shape, const CoinsetRouting& routing, co
             }
             break;
         case CcRouting::sentinel:
-            routeSentinel(routing, old, next);
+            routeSentinel(routing, old, next, counted);
             break;
     }
     ccChecksum(shape, old, next);
@@ -344,7 +344,7 @@ C435Fault writeC435Settings(const CcShape& shape, const C435Settings& settings,
         if (route == nullptr) return C435Fault::path;
         putNibble(rows.at(i / kNibbles), static_cast<int>(i % kNibbles), route->pathCode);
     }
-    const C435Route* plug = routeOf(settings.plugDefault);
+    const C435Route* plug = routeOf(settings.plugDefault.substr(0, 1));
     if (plug == nullptr) return C435Fault::path;
     std::array<int, kBinaryCodeWords> codes{};
     for (std::size_t i = 0; i < settings.codes.size(); ++i) {

@@ -29,11 +29,17 @@ struct CcShape {
 /// Throws std::out_of_range for an unknown code.
 [[nodiscard]] CcShape ccShape(std::string_view code);
 
+/// The last word of an I2C mech's limits; its high byte is the check byte over those before it.
+inline constexpr int kCcCheckWord = 127;
+
 [[nodiscard]] constexpr int highByte(int word) {
     return word / 256 % 256;
 }
 [[nodiscard]] constexpr int lowByte(int word) {
     return word % 256;
+}
+[[nodiscard]] constexpr int wordOf(int high, int low) {
+    return high * 256 + low;
 }
 /// The low 16 bits, also of a negative number.
 [[nodiscard]] constexpr int cutToWord(long long value) {
@@ -87,9 +93,12 @@ void mapC120Outputs(const C120OutputMap& map, bool jaguar, MechImage& next);
 [[nodiscard]] int c120Output(int mask);
 
 /// Writes a coinset's routing for the models that have one, from the old image's words where some
-/// bits are kept, so that doing it again changes nothing; then the check byte.
+/// bits are kept, so that doing it again changes nothing; then the check byte. A Sentinel counts
+/// the transfers, unless `counted`: the old image has this one in it.
 void applyCoinsetRouting(const CcShape& shape, const CoinsetRouting& routing, const MechImage& old,
-                         MechImage& next);
+                         MechImage& next, bool counted = false);
+/// How many transfers of a routing a Sentinel has seen, 0..255.
+[[nodiscard]] int sentinelTransfers(const MechImage& image);
 
 /// Route letter ("A" + 0..15) of a channel 1..12 of a 450.
 [[nodiscard]] char c450Route(const MechImage& image, int channel);

@@ -312,18 +312,27 @@ bool CcMemory::programme() {
     return good;
 }
 
-const MechImage& CcMemory::soundImage() const {
+MechImage CcMemory::soundImage() const {
     // The word in which the mech lost its power may be anything. Where more words are of neither
     // image, another mech is plugged in.
     constexpr int kHalfWritten = 1;
-    constexpr int kSummed = 128;  // words that the check byte is about, its own included
     const MechImage& old = state_.images.old;
     if (!unfinished_ || unfinished_->model != state_.mech.mechType) return old;
+    const auto& [model, sound, held, meant] = *unfinished_;
+    bool finished = true;  // only the reading failed
     int strange = 0;
-    for (int i = 0; i < std::min(words(), kSummed); ++i) {
-        strange += old[i] != unfinished_->held[i] && old[i] != unfinished_->meant[i];
+    for (int i = 0; i <= std::min(words() - 1, kCcCheckWord); ++i) {
+        finished = finished && old[i] == meant[i];
+        strange += old[i] != held[i] && old[i] != meant[i];
     }
-    return strange <= kHalfWritten ? unfinished_->sound : old;
+    if (finished || strange > kHalfWritten) return old;
+    MechImage base = sound;
+    // The low byte of the check word is the mech's own, unless that word is the spoilt one.
+    const int check = highByte(old[kCcCheckWord]);
+    if (check == highByte(held[kCcCheckWord]) || check == highByte(meant[kCcCheckWord])) {
+        base[kCcCheckWord] = wordOf(highByte(sound[kCcCheckWord]), lowByte(old[kCcCheckWord]));
+    }
+    return base;
 }
 
 }  // namespace vantor

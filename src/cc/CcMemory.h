@@ -60,9 +60,9 @@ class CcMemory {
     bool verifyCcEeprom();
     /// "J", write, verify, "W"; true for a verified mech.
     bool programme();
-    /// The image whose check byte is to be trusted: the old one or, when that is what a programming
-    /// that failed has left in the mech, the memory before it.
-    [[nodiscard]] const MechImage& soundImage() const;
+    /// The image from which the next check byte is reckoned: the old one or, when that is what a
+    /// programming that failed has left half done in the mech, the memory before it.
+    [[nodiscard]] MechImage soundImage() const;
 
     /// Command mode again, where a session that did not open left the box in serial mode. Whoever
     /// calls for reading or writing outside a `CcFlow` ends with this.

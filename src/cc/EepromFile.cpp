@@ -40,12 +40,13 @@ EepromFile parseEepromFile(std::string_view text, int words) {
         FieldReader fields(line);
         const auto index = wholeNumber(fields.next());
         const auto value = wholeNumber(fields.next());
-        if (!index || *index < 0 || *index > MechImage::kLast || !value) {
+        const bool fits = value && *value >= 0 && *value <= 0xFFFF;
+        if (!index || *index < 0 || *index > MechImage::kLast || !fits) {
             ++file.skipped;
             continue;
         }
         const int word = static_cast<int>(*index);
-        file.image[word] = cutToWord(*value);
+        file.image[word] = static_cast<int>(*value);
         if (word < words) seen.set(static_cast<std::size_t>(word));
     }
     file.given = static_cast<int>(seen.count());

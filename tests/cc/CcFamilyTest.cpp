@@ -138,6 +138,28 @@ TEST(CcOldMemory, RestoredChannelsComeFromBeforeTheProgramming) {
     EXPECT_TRUE(world.cc.programAndVerify());
 }
 
+TEST(CcRebuild, ASentinelCountsACoinsetsRoutingOnce) {
+    CcWorld world("Sentinel");
+    const auto transfers = [&] { return world.box.words[53] / 256; };
+    const int before = transfers();
+    world.state.coinset.routingPresent = true;
+    world.state.coinset.routing[0] = 0x1234;
+    world.cc.readOldMemory();
+    // Ended behind the count, then programmed whole, then once more.
+    world.box.silentWrite = 56;
+    EXPECT_FALSE(world.cc.programAndVerify());
+    EXPECT_EQ(transfers(), before + 1);
+    world.box.silentWrite = -1;
+    EXPECT_TRUE(world.cc.programAndVerify());
+    const int writes = world.box.wordWrites;
+    EXPECT_TRUE(world.cc.programAndVerify());
+    EXPECT_EQ(transfers(), before + 1);
+    EXPECT_EQ(world.box.wordWrites, writes) << "nothing is left to write";
+    world.cc.readOldMemory();
+    EXPECT_TRUE(world.cc.programAndVerify());
+    EXPECT_EQ(transfers(), before + 2) << "another run";
+}
+
 TEST(CcRebuild, RoutingAndOutputsComeWithACoinsetAndNotWithAWizard) {
     CcWorld world("450");
     world.takeMemoryAsRead();

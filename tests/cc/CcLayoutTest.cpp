@@ -263,6 +263,16 @@ TEST(C435Settings, EveryRouteHasItsTwoCodes) {
     EXPECT_EQ(c435Settings(strange).plugDefault, "?");
 }
 
+TEST(C435Settings, ThePlugRouteIsTheFirstCharacterOfItsBox) {
+    const CcShape shape = ccShape("435");
+    C435Settings settings = sampleSettings();
+    settings.plugDefault = "B x";
+    MechImage next{};
+    EXPECT_EQ(writeC435Settings(shape, settings, oldImage(shape), next), C435Fault::none);
+    EXPECT_EQ(next[228], 0x0342);
+    EXPECT_EQ(next[204] / 256, 2);
+}
+
 TEST(C435Settings, WhatCannotBeWrittenLeavesTheNewImageAlone) {
     const CcShape shape = ccShape("435");
     struct Case {
@@ -272,7 +282,7 @@ TEST(C435Settings, WhatCannotBeWrittenLeavesTheNewImageAlone) {
     const Case cases[] = {
         {"e", "A", "0000", C435Fault::path},        {"", "A", "0000", C435Fault::path},
         {"AB", "A", "0000", C435Fault::path},       {"A", "?", "0000", C435Fault::path},
-        {"A", "Ax", "0000", C435Fault::path},       {"A", "A", "000", C435Fault::binaryCode},
+        {"A", "", "0000", C435Fault::path},         {"A", "A", "000", C435Fault::binaryCode},
         {"A", "A", "00000", C435Fault::binaryCode}, {"A", "A", "0020", C435Fault::binaryCode},
         {"A", "?", "000", C435Fault::path}};
     for (const Case& c : cases) {

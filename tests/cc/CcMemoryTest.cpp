@@ -298,6 +298,48 @@ TEST(CcProgramme, EveryPartOfItBeginsInCommandMode) {
     EXPECT_EQ(world.port.sent, tried + tried + "WW");
 }
 
+TEST(CcProgramme, AfterAFailureTheCheckByteIsReckonedFromASoundMemory) {
+    struct Case {
+        const char* what;
+        std::function<void(CcWorld&)> happens;
+        int highFrom;  ///< 0: the memory before, 1: what the mech holds
+        int low;       ///< of the check word, the mech's own
+    };
+    static constexpr int kCheck = 127;
+    const Case cases[] = {
+        {"half written", [](CcWorld&) {}, 0, 0x82},
+        {"the mech has changed its own byte",
+         [](CcWorld& w) { w.box.words[kCheck] = w.box.words[kCheck] / 256 * 256 + 0x55; }, 0, 0x55},
+        {"the check word is the spoilt one", [](CcWorld& w) { w.box.words[kCheck] = 0xEE11; }, 0,
+         0x82},
+        {"all was written, only the reading failed",
+         [](CcWorld& w) {
+             for (int i = 0; i <= kCheck; ++i) w.box.words[i] = w.state.images.next[i];
+         },
+         1, 0x77},
+        {"another mech", [](CcWorld& w) { w.box.words[3] = w.box.words[4] = 0x4321; }, 1, 0x82}};
+    for (const Case& c : cases) {
+        CcWorld world("435");
+        world.box.words[kCheck] = 0x4482;
+        world.takeMemoryAsRead();
+        const MechImage before = world.state.images.old;
+        MechImage& next = world.state.images.next;
+        next = before;
+        next[20] = 0x0102;
+        next[40] = 0x0304;
+        next[kCheck] = 0x9977;  // a file's, which nobody reckons
+        world.box.refusedWrite = 40;
+        EXPECT_FALSE(world.cc.memory().programme()) << c.what;
+        world.box.refusedWrite = -1;
+        c.happens(world);
+        EXPECT_TRUE(world.cc.readMemory()) << c.what;
+        const MechImage& base = c.highFrom == 0 ? before : world.state.images.old;
+        EXPECT_EQ(world.cc.memory().soundImage()[kCheck], base[kCheck] / 256 * 256 + c.low)
+            << c.what;
+        EXPECT_EQ(world.cc.memory().soundImage()[20], base[20]) << c.what;
+    }
+}
+
 TEST(CcProgramme, OnlyAWholeMemoryThatIsAsWantedIsVerified) {
     const std::string failed = "! EEPROM VERIFY:    EEPROM Verify FAIL   \n";
     struct Case {

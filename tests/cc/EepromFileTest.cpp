@@ -23,7 +23,7 @@ TEST(EepromFile, LinesAreWordsAndEverythingElseIsCounted) {
         {"plain", "0,1\r\n5,4660\r\n", 2, 0, {{0, 1}, {5, 4660}, {6, 0}}},
         {"other ends and blanks", "0,1\n\n 5 , 4660 ,x\n\r\n7,\"9\"", 3, 0, {{5, 4660}, {7, 9}}},
         {"the last line of an index", "5,1\r\n5,2\r\n", 1, 0, {{5, 2}}},
-        {"cut to 16 bits", "1,65536\r\n2,-1\r\n3,70000", 3, 0, {{1, 0}, {2, 65535}, {3, 4464}}},
+        {"no number of 16 bits", "1,65536\r\n2,-1\r\n3,65535", 1, 2, {{1, 0}, {2, 0}, {3, 65535}}},
         {"beyond the memory", "200,7\r\n512,8\r\n513,9\r\n", 0, 1, {{200, 7}, {512, 8}}},
         {"no words", "x,1\r\n1\r\n1,\r\n1,x\r\n-1,5\r\n1.5,2\r\n1,2y\r\n,\r\n", 0, 8, {{1, 0}}},
         {"a number too large for any word", "1,99999999999999999999\r\n", 0, 1, {{1, 0}}},

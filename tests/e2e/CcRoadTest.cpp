@@ -140,7 +140,7 @@ TEST_F(CcFaults, AfterAProgrammingThatFailedTheCheckByteIsRightAgain) {
          {Case{"335", {.kind = Fault::Kind::lyingWrite, .after = 4}, false},
           Case{"335", {.kind = Fault::Kind::lyingWrite, .after = 4}, true},
           Case{"435", {.kind = Fault::Kind::powerLoss, .after = 9, .value = 500}, true},
-          Case{"C120", {.kind = Fault::Kind::mechRefuses, .after = 5}, false}}) {
+          Case{"C120", {.kind = Fault::Kind::mechRefuses, .after = 6}, false}}) {
         SCOPED_TRACE(c.model);
         programFromCoinset(c.model);
         box.addFault(c.fault);
