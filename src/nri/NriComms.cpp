@@ -156,7 +156,10 @@ bool NriComms::setUp(int attempts) {
     probed_ = false;
     for (int i = 0; i < attempts && !givenUp(); ++i) {
         if (attempt()) return true;
-        if (attempts > 1) link_.waitFor(kBetweenAttemptsMs, [this] { return givenUp(); });
+        if (attempts == 1) break;
+        link_.waitFor(kBetweenAttemptsMs, [this] { return givenUp(); });
+        // Serial mode would stay what the second command made it, and the first never be tried.
+        if (!model().secondModeCommand.empty() && !givenUp()) settle();
     }
     return false;
 }

@@ -90,7 +90,8 @@ void addOutputSteps(const NriShape& shape, std::vector<NriReadStep>& steps) {
     steps.push_back(blockStep(kCompensationBlock, 2 * model.compensationBytes));
     if (model.singleCompensation) {
         for (int block = kCompensationBlock + 1; block <= kLastBlock; ++block) {
-            steps.push_back(blockStep(block, 2));
+            // Kept, and neither shown nor programmed: a mech may well lack them.
+            steps.push_back(blockStep(block, 0));
         }
     }
     steps.push_back(blockStep(kRouteBlock, model.routeWritten ? kRouteLength : 0));
@@ -98,6 +99,7 @@ void addOutputSteps(const NriShape& shape, std::vector<NriReadStep>& steps) {
 
 void addRoutedSteps(std::vector<NriReadStep>& steps) {
     steps.push_back(blockStep(kCodeBlock, kRoutedHeader + kTubeDigits * (kTubes + kRoutedValues)));
+    steps.back().decimalsFrom = kRoutedHeader;
     steps.push_back(blockStep(kValueBlock, kRouteLength));
     steps.push_back(blockStep(kRouteBlock, kSecondRouteLength));
     for (int block = kOutputBlock; block <= kMapBlock + 1; ++block) {
@@ -134,7 +136,8 @@ std::vector<NriReadStep> plainSteps(const NriShape& shape) {
                          .block = c + 1,
                          .lines = 1,
                          .from = 1,
-                         .least = kPlainHeader + kTubeDigits * (kTubes + c)});
+                         .least = kPlainHeader + kTubeDigits * (kTubes + c),
+                         .decimalsFrom = kPlainHeader});
     } else {
         steps.push_back({.command = "Y",
                          .block = c + 1,
@@ -263,6 +266,14 @@ std::vector<NriReadStep> nriReadSteps(const NriShape& shape) {
 bool nriBlockSound(const NriShape& shape, const NriReadStep& step, std::string_view text) {
     const auto least = static_cast<std::size_t>(step.least);
     if (text.size() < least || !isText(text)) return false;
+    if (step.decimalsFrom >= 0) {
+        const auto from = static_cast<std::size_t>(step.decimalsFrom);
+        if (!isDecimal(text.substr(from, least - from))) return false;
+        // A character more in the header would have moved them all.
+        if (!shape.model.handshake && text.size() > least && isDecimal(text.substr(least, 1))) {
+            return false;
+        }
+    }
     if (shape.model.handshake) return least == 0 || isHexPairs(text);
     return step.lines == 1 || (text.size() == least && isDecimal(text));
 }

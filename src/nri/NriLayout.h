@@ -52,10 +52,11 @@ struct NriShape {
 /// One command that reads a block.
 struct NriReadStep {
     std::string command;
-    int block = 0;  ///< 1..28
-    int lines = 1;  ///< of the answer
-    int from = 1;   ///< where in the answer the block begins
-    int least = 0;  ///< characters that the block must have to mean anything
+    int block = 0;          ///< 1..28
+    int lines = 1;          ///< of the answer
+    int from = 1;           ///< where in the answer the block begins
+    int least = 0;          ///< characters that the block must have to mean anything
+    int decimalsFrom = -1;  ///< from here (0-based) to `least` all are decimal digits; -1 = nowhere
 };
 /// In the order in which they are sent.
 [[nodiscard]] std::vector<NriReadStep> nriReadSteps(const NriShape& shape);

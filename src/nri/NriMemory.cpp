@@ -32,6 +32,7 @@ void NriMemory::tellNotProgrammed() {
 // --- reading -------------------------------------------------------------------------------
 
 bool NriMemory::readNriMemory() {
+    const std::string before = state_.images.oldModel;
     state_.noteOldImage(false);
     bool answered = false;
     bool finished = false;
@@ -45,6 +46,11 @@ bool NriMemory::readNriMemory() {
         if (answered && !state_.gather.abortFlag) errors_.attempt(136, [this] { writeDump(); });
         comms_.settle();
     });
+    if (!answered && before != state_.images.oldModel) {
+        // Another mech's memory must not be shown, or saved, as this one's.
+        state_.nri.blocks = {};
+        state_.nri.old = {};
+    }
     if (state_.gather.abortFlag) return false;
     if (!answered) {
         tellSetupFailure(133);
@@ -97,18 +103,31 @@ bool NriMemory::send(const std::vector<NriWrite>& writes) {
         if (!comms_.nriWrite(write.command, write.data)) good = false;
         progress_.showProgress(write.progress);
         if (write.waitMs > 0) link_.waitOut(write.waitMs);
+        good = good && !refusedPlainly();
     }
     return good;
 }
 
-/// A plain mech acknowledges nothing. If the box behind which it is does not answer any more, who
-/// knows what has reached it.
+/// A plain mech acknowledges nothing, but it may say that it did not understand, some time after
+/// the end of what it was sent.
+bool NriMemory::refusedPlainly() const {
+    return !shape().model.handshake && state_.box.nriQueryFlag;
+}
+
+/// If the box behind which a plain mech is does not answer any more, who knows what has reached it.
 bool NriMemory::vouchedFor(bool backInCommandMode) const {
-    return shape().model.handshake || backInCommandMode;
+    return shape().model.handshake || (backInCommandMode && !refusedPlainly());
 }
 
 bool NriMemory::programNriMemory() {
     if (!oldMemoryTaken()) {
+        tellNotProgrammed();
+        return false;
+    }
+    const auto writes =
+        nriWrites(shape(), state_.limits.channelLimits, state_.nri.next, calendar_.today());
+    // What cannot be written whole is known before the mech has lost anything.
+    if (std::ranges::any_of(writes, [](const NriWrite& write) { return write.data.empty(); })) {
         tellNotProgrammed();
         return false;
     }
@@ -118,9 +137,7 @@ bool NriMemory::programNriMemory() {
         const ProgressScope window(progress_, state_.msgText(137), state_.msgText(138), false);
         errors_.attempt(145, [&] {
             answered = comms_.setupNriComms();
-            if (!answered) return;
-            good = send(nriWrites(shape(), state_.limits.channelLimits, state_.nri.next,
-                                  calendar_.today()));
+            good = answered && send(writes);
         });
         const bool back = comms_.settle();
         good = good && vouchedFor(back);

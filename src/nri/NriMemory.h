@@ -50,6 +50,7 @@ class NriMemory {
   private:
     std::string readBlocks();
     bool send(const std::vector<NriWrite>& writes);
+    [[nodiscard]] bool refusedPlainly() const;
     [[nodiscard]] bool vouchedFor(bool backInCommandMode) const;
     void writeDump();
     void tell(int title, const std::string& text, PromptIcon icon = PromptIcon::critical);

@@ -205,9 +205,12 @@ std::optional<std::vector<NriWrite>> handshakeFileWrites(const NriShape& shape,
     const int last = shape.model.lastFileBlock;
     for (int i = 0; i <= last; ++i) {
         const std::string& text = blocks[i + 1];
-        if (text.empty() || text.size() % 2 != 0) return std::nullopt;
+        std::string data = text.substr(0, text.size() / 2 * 2);
+        if (!isHexPairs(data)) return std::nullopt;
+        // What the mech of the file has not got is not begun: it would wait for the rest.
+        if (data.empty()) continue;
         writes.push_back({.command = "Z" + hex(static_cast<unsigned>(i), 2),
-                          .data = text,
+                          .data = std::move(data),
                           .waitMs = kFileMs,
                           .always = true,
                           .progress = ProgressDisplay::kRange * i / (last + 1)});

@@ -247,6 +247,7 @@ TEST(NriLayout, ReadingsNeedEveryCharacter) {
 // --- files ---------------------------------------------------------------------------------
 
 TEST(NriFile, WritesTheBlocksThatTheModelHas) {
+    const std::string plainChannel = "202203204205102103104105";
     const auto commands = [](const char* model, const NriBlockTexts& blocks) {
         const auto writes = nriFileWrites(nriShape(model), blocks);
         if (!writes) return std::string("refused");
@@ -254,19 +255,43 @@ TEST(NriFile, WritesTheBlocksThatTheModelHas) {
                std::to_string(writes->size()) + " " + std::to_string(writes->back().progress);
     };
     NriBlockTexts blocks;
-    blocks.fill(std::string(72, 'A'));
+    blocks.fill(std::string(72, '1'));
     EXPECT_EQ(commands("G13-6000", blocks), "Z00..Z1B 28 15");
     EXPECT_EQ(commands("G40-0000", blocks), "Z00..Z1B 28 15");
     EXPECT_EQ(commands("G18-3000", blocks), "Z00..Z19 26 15");
     EXPECT_EQ(commands("G10-4000/5", blocks), "Z00..Z14 21 15");
     EXPECT_EQ(commands("G18-0000", blocks), "refused") << "channels of 24 characters";
-    for (const std::string wrong : {"", "ABC", "ABCD", "ABCDEFABCDEFABCDEFABCDEX"}) {
-        blocks[4] = wrong;
-        EXPECT_EQ(commands("G13-6000", blocks), "refused") << wrong;
+    // What the mech of the file did not have is left out.
+    NriBlockTexts lacking = blocks;
+    lacking[22] = "";
+    lacking[28] = "?";
+    EXPECT_EQ(commands("G13-6000", lacking), "Z00..Z1A 26 14");
+    struct Wrong {
+        const char* model;
+        int block;
+        std::string text;
+    };
+    for (const Wrong& wrong :
+         {Wrong{"G13-6000", 4, ""}, Wrong{"G13-6000", 4, "ABC"}, Wrong{"G13-6000", 4, "ABCD"},
+          Wrong{"G13-6000", 4, "ABCDEFABCDEFABCDEFABCDEX"}, Wrong{"G13-6000", 22, "00FFZ0020C"},
+          Wrong{"G10-4000/5", 16, std::string(50, '1') + "A111111"}}) {
+        NriBlockTexts spoilt = blocks;
+        spoilt[wrong.block] = wrong.text;
+        EXPECT_EQ(commands(wrong.model, spoilt), "refused") << wrong.text;
+    }
+    NriBlockTexts tubes;
+    for (int channel = 1; channel <= 8; ++channel) tubes[channel] = plainChannel;
+    tubes[9] = "HEADER-TEXT" + std::string(48, '5') + "::";
+    tubes[10] = "07/03/09";
+    EXPECT_EQ(commands("G10-4000", tubes), "D..E 10 16");
+    for (const std::string& values : {"HEADER-TEXT" + std::string(40, '5') + "0p500050::",
+                                      "HEADER-TEXTS" + std::string(48, '5') + "::"}) {
+        tubes[9] = values;
+        EXPECT_EQ(commands("G10-4000", tubes), "refused") << values;
     }
 
     NriBlockTexts plain;
-    for (int channel = 1; channel <= 6; ++channel) plain[channel] = "202203204205102103104105";
+    for (int channel = 1; channel <= 6; ++channel) plain[channel] = plainChannel;
     plain[7] = "005060050040030020010";
     plain[8] = "07/03/09";
     const auto writes = nriFileWrites(nriShape("G18-0000"), plain);

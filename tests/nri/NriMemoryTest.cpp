@@ -196,6 +196,26 @@ TEST(NriRead, FourAttemptsAtASilentMechInOneSerialMode) {
     EXPECT_FALSE(std::filesystem::exists(world.folder / "G13-6000temp.txt"));
 }
 
+TEST(NriRead, EachAttemptAtAModelWithTwoModesTriesBoth) {
+    NriWorld world("G10-4000/5");
+    world.mech.modeWanted = "$23";
+    const std::string identity = std::exchange(world.mech.identity, "");
+    world.loop.callAfter(std::chrono::seconds(4), [&] { world.mech.identity = identity; });
+    EXPECT_TRUE(world.nri.readMemory()) << world.prompts.texts();
+    EXPECT_TRUE(world.inCommandMode());
+}
+
+TEST(NriRead, AnotherMechsMemoryIsNotKeptForOneThatDoesNotAnswer) {
+    NriWorld world("G13-6000");
+    EXPECT_TRUE(world.nri.readMemory());
+    world.mech.identity.clear();
+    EXPECT_FALSE(world.nri.readMemory());
+    EXPECT_NE(world.state.nri.blocks[4], "") << "its own is";
+    world.select(kNri, "G18-3000");
+    EXPECT_FALSE(world.nri.readMemory());
+    EXPECT_EQ(world.state.nri.blocks, NriBlockTexts{});
+}
+
 TEST(NriRead, CancelStopsItAndLeavesSerialMode) {
     NriWorld world("G40-0000");
     world.loop.callAfter(std::chrono::milliseconds(250),
@@ -274,9 +294,18 @@ TEST(NriProgram, WhatTheMechDoesNotTakeIsNoSuccess) {
              {"no acknowledgement at all", "G40-0000",
               [](Programmed& w) { w.mech.silentTo = {"Z"}; }, "Z02"},
              {"no header", "G10-4000/5", [](Programmed& w) { w.state.nri.next.header.clear(); },
-              "Z02"},
+              "nothing"},
+             {"a route that is none", "G40-0000",
+              [](Programmed& w) { w.state.nri.next.routeText[0] = "01020408"; }, "nothing"},
              {"no header", "G10-4000", [](Programmed& w) { w.state.nri.next.header.clear(); }, ""},
              {"refused", "G13-0000", [](Programmed& w) { w.port.receive("?\r", 3000); }, ""},
+             {"refused late", "G13-0000",
+              [](Programmed& w) {
+                  w.port.answer("\r", "", 5);
+                  w.port.answer("\r", "?\r", 200);
+                  w.port.answer("\r", "", 5);
+              },
+              ""},
              {"pulled out", "G13-0000",
               [](Programmed& w) {
                   w.prompts.expect("No Response", Answer::ok);
@@ -292,6 +321,10 @@ TEST(NriProgram, WhatTheMechDoesNotTakeIsNoSuccess) {
         EXPECT_FALSE(world.state.box.serialModeFlag) << c.what;
         EXPECT_FALSE(world.progress.open) << c.what;
         if (*c.lastWrite == '\0') continue;
+        if (std::string(c.lastWrite) == "nothing") {
+            EXPECT_EQ(world.transcript(), "JW") << c.what;
+            continue;
+        }
         // Every channel and the date are tried; nothing else follows a failure.
         const std::string sent = world.transcript();
         EXPECT_NE(sent.find("Z02"), std::string::npos) << c.what;
