@@ -33,17 +33,20 @@ void loadLanguage(MessageTable& messages, const std::filesystem::path& folder, P
             {.title = "Error", .text = "Invalid Language Filename", .icon = PromptIcon::critical});
         return;
     }
-    messages.clearLoaded();
+    // What is wrong with the file is told in the language that there was.
+    MessageTable fresh;
     const std::string text = fromFileBytes(*bytes);
     for (const std::string_view line : splitLines(text)) {
         if (line.empty()) continue;
         try {
-            storeLine(messages, line);
+            storeLine(fresh, line);
         } catch (const std::exception& error) {
             errors.reportText(kLoadError, error);
         }
     }
-    messages.languageTableLoaded = true;
+    fresh.language = messages.language;
+    fresh.languageTableLoaded = true;
+    messages = std::move(fresh);
 }
 
 }  // namespace vantor

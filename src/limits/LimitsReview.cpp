@@ -69,7 +69,8 @@ LimitsLayout LimitsReview::layoutOf(const MechFamily& family) const {
         layout.segmentEnabled.at(static_cast<std::size_t>(i)) = i < info.segmentCount;
     }
     if (look.promSocket) {
-        layout.promSize = state_.prom.promSizeCode == 1 ? "2K" : "1K";
+        const bool twoK = state_.prom.promSizeCode == 1 || family.twoSegmentProm();
+        layout.promSize = twoK ? "2K" : "1K";
         chooseSelectedSegments(family, layout);
     }
     return layout;

@@ -27,10 +27,10 @@ bool slugOverlaps(int channel, int slugRow, const LimitsState& limits, const Coi
                   const SegmentView& view) {
     for (int parameter = 0; parameter < view.paramCount; ++parameter) {
         Window window = channelWindow(limits, channel, parameter);
+        const bool unused = parameter == view.rules.optionalParameter && window.off();
         if (window.low >= window.high) window = {};
         const Window slug = itemWindow(table, slugRow, parameter);
         const bool overlap = !window.off() && !slug.off() && windowsMeet(window, slug);
-        const bool unused = parameter == view.rules.optionalParameter && window.off();
         if (!overlap && !unused) return false;
     }
     return true;
@@ -39,8 +39,12 @@ bool slugOverlaps(int channel, int slugRow, const LimitsState& limits, const Coi
 }  // namespace
 
 bool windowsMeet(Window one, Window other) {
-    return inside(other.low, one) || inside(other.high, one) ||
-           (other.low <= one.low && other.high >= one.high);
+    const auto contains = [](Window outer, Window inner) {
+        return outer.low <= inner.low && outer.high >= inner.high;
+    };
+    // A window whose low stands above its high has no value inside and may yet be contained.
+    return inside(other.low, one) || inside(other.high, one) || contains(other, one) ||
+           contains(one, other);
 }
 
 OverlapMarks findOverlaps(const LimitsState& limits, const CoinTable& table,

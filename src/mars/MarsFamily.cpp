@@ -244,6 +244,8 @@ void MarsFamily::rebuildImage() {
     MechImage& image = state_.images.next;
     const MarsLayout& layout = model().layout;
     const SegmentFlags& selected = state_.prom.segmentSelected;
+    // What is looked at afterwards is the PROM that will be programmed, whatever a coinset said.
+    if (model().alwaysTwoK) state_.prom.promSizeCode = 1;
     if (layout.coinValues) image.fill(0);
     errors_.attempt(115, [&] {
         for (int segment = 0; segment < kMarsSegments; ++segment) {

@@ -9,8 +9,6 @@ namespace vantor {
 
 namespace {
 
-constexpr std::size_t kReferenceLength = 5;
-constexpr std::size_t kVersionLength = 3;
 constexpr int kRecordValues = 16;
 constexpr int kHighestOutput = 6;
 constexpr int kRawMaskOffset = 32768;
@@ -91,8 +89,8 @@ CoinsetHeader parseCoinsetHeader(std::string_view line) {
     if (stop != std::string::npos) header.maker = mech.substr(0, stop);
     header.mechType = stop == std::string::npos ? mech : mech.substr(stop + 1);
     header.title = fieldAt(fields, 1);
-    header.referenceCode = fieldAt(fields, 2).substr(0, kReferenceLength);
-    header.version = fieldAt(fields, 3).substr(0, kVersionLength);
+    header.referenceCode = fieldAt(fields, 2);
+    header.version = fieldAt(fields, 3);
     return header;
 }
 

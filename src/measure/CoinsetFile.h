@@ -26,8 +26,8 @@ struct CoinsetHeader {
     std::string maker;
     std::string mechType;
     std::string title;
-    std::string referenceCode;  ///< at most 5 characters
-    std::string version;        ///< at most 3 characters
+    std::string referenceCode;  ///< whole; a mech has room for 5 characters
+    std::string version;        ///< whole; a mech has room for 3 characters
 };
 [[nodiscard]] CoinsetHeader parseCoinsetHeader(std::string_view line);
 

@@ -17,6 +17,9 @@ namespace fs = std::filesystem;
 constexpr int kErrorSubscript = 9;
 constexpr int kCancelMessage = 407;
 constexpr int kHighestReference = 12;
+/// What is shown of a coinset's reference, and has room in a PROM.
+constexpr std::size_t kReferenceLength = 5;
+constexpr std::size_t kVersionLength = 3;
 const std::string kEnd(kCrLf);
 
 /// Text of an unknown file in a message box: short and printable.
@@ -126,8 +129,8 @@ bool CoinsetRun::header(std::string_view line) {
     applyMechType(state.mech, state.messages);
     setup_.CoinInitialise(1);
     state.coinset.title = header.title;
-    state.coinset.referenceCode = header.referenceCode;
-    state.coinset.version = header.version;
+    state.coinset.referenceCode = header.referenceCode.substr(0, kReferenceLength);
+    state.coinset.version = header.version.substr(0, kVersionLength);
     parts_.display.showCoinset();
     parts_.families.selected().startRun();
     log_.write({header.title, header.referenceCode, header.version});

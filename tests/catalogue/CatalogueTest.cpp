@@ -115,6 +115,14 @@ TEST_F(LanguageFiles, ABadNumberIsReportedAndReadingGoesOn) {
     EXPECT_EQ(table_.msgText(208), "Fehler");
 }
 
+TEST_F(LanguageFiles, WhatIsWrongWithAFileIsToldInTheLanguageThatThereWas) {
+    load("Deutsch", "Deutsch.txt", "208,Fehler\r\n");
+    load("Francais", "Francais.txt", "2001,trop haut\r\n208,Erreur\r\n");
+    ASSERT_EQ(prompts_.asked.size(), 1U);
+    EXPECT_EQ(prompts_.asked[0].title, "Fehler");
+    EXPECT_EQ(table_.msgText(208), "Erreur");
+}
+
 TEST_F(LanguageFiles, AMissingFileIsToldAndTheOldTableStays) {
     load("Deutsch", "Deutsch.txt", "208,Fehler\r\n");
     load("Francais", "", "");

@@ -14,7 +14,8 @@ TEST(Overlap, WindowsMeet) {
     };
     for (const Case& c : {Case{{100, 140}, {140, 150}, true}, Case{{100, 140}, {141, 150}, false},
                           Case{{100, 140}, {90, 100}, true}, Case{{100, 140}, {90, 99}, false},
-                          Case{{100, 140}, {110, 120}, true}, Case{{110, 120}, {100, 140}, true}}) {
+                          Case{{100, 140}, {110, 120}, true}, Case{{110, 120}, {100, 140}, true},
+                          Case{{10, 50}, {60, 5}, true}, Case{{60, 5}, {10, 50}, true}}) {
         EXPECT_EQ(windowsMeet(c.one, c.other), c.meet)
             << c.one.low << ".." << c.one.high << " and " << c.other.low << ".." << c.other.high;
     }
@@ -127,6 +128,7 @@ TEST(Overlap, TheOptionalParameterMayBeSwitchedOff) {
     };
     for (const Case& c : {Case{"both off", {0, 0}, {0, 0}, 1, "1cs 2cs slug 1 "},
                           Case{"one off", {0, 0}, {0, 50}, 1, "1cs 2cs slug 1 "},
+                          Case{"reversed is not off", {50, 10}, {0, 0}, 1, "2s slug 1 "},
                           Case{"both off, not optional", {0, 0}, {0, 0}, -1, ""}}) {
         Mech mech;
         mech.view.paramCount = 2;

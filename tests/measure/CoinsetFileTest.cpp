@@ -13,8 +13,8 @@ TEST(CoinsetFile, HeaderSplitsAtTheLastStopAndProtectsQuotedCommas) {
     EXPECT_EQ(header.maker, "Mars");
     EXPECT_EQ(header.mechType, "ME181");
     EXPECT_EQ(header.title, "Euro, new");
-    EXPECT_EQ(header.referenceCode, "REF01");
-    EXPECT_EQ(header.version, "V1.");
+    EXPECT_EQ(header.referenceCode, "REF0123");
+    EXPECT_EQ(header.version, "V1.25");
     EXPECT_EQ(parseCoinsetHeader("A.B.C,t").maker, "A.B");
     EXPECT_EQ(parseCoinsetHeader("Mars").mechType, "Mars");
     EXPECT_EQ(parseCoinsetHeader("").maker, "");

@@ -27,8 +27,9 @@ TEST_F(CoinsetRun, WholeRunSendsLogsAndHandsOver) {
     EXPECT_TRUE(prompts.scriptDone());
     EXPECT_EQ(port.sent, "J<run>YNINIW");
     EXPECT_EQ(family.calls, (std::vector<std::string>{"enable 1", "enable 0", "rebuild"}));
+    EXPECT_EQ(state.coinset.referenceCode + " " + state.coinset.version, "REF01 V12");
     EXPECT_EQ(log(),
-              "\"Coins, new\",\"REF01\",\"V12\"\r\n"
+              "\"Coins, new\",\"REF0123\",\"V123\"\r\n"
               "\"2K\",1,0,0,0\r\n"
               "\"\"\r\n"
               "\"Idles\",100,200,300\r\n"
