@@ -99,7 +99,8 @@ bool NriComms::nriWrite(std::string_view command, std::string_view data) {
     state_.box.linesExpected = 1;
     if (!model().handshake) {
         link_.sendString(command);
-        return writeCharacters(data);
+        writeCharacters(data);
+        return true;
     }
     nriSend(command);
     if (!link_.waitFor(kAnswerMs, state_.box.nriAckFlag)) return false;
@@ -117,12 +118,11 @@ bool NriComms::writePairs(std::string_view data) {
     return true;
 }
 
-bool NriComms::writeCharacters(std::string_view data) {
+void NriComms::writeCharacters(std::string_view data) {
     for (const char c : data) {
         link_.sendString({&c, 1});
         link_.waitOut(kCharacterMs);
     }
-    return !state_.box.nriQueryFlag && state_.link.portOpen;
 }
 
 // --- set-up --------------------------------------------------------------------------------

@@ -38,8 +38,9 @@ class NriComms {
     /// what came, so that a late answer is not taken for the next one.
     void awaitQuiet();
     /// True when the mech accepted everything. A plain mech acknowledges nothing: there true means
-    /// that all was sent and nothing refused. A trailing odd character of a handshake mech's data
-    /// is not sent. Empty data is a failure and sends nothing.
+    /// that all was sent, and `nriQueryFlag` tells of a refusal, now or a little later. A trailing
+    /// odd character of a handshake mech's data is not sent. Empty data is a failure and sends
+    /// nothing.
     bool nriWrite(std::string_view command, std::string_view data);
 
     /// True, and `mechPresent`, when the mech answers as the selected model does.
@@ -63,7 +64,7 @@ class NriComms {
     bool attempt();
     void probeInterface();
     bool writePairs(std::string_view data);
-    bool writeCharacters(std::string_view data);
+    void writeCharacters(std::string_view data);
 
     SessionState& state_;
     ProgrammerLink& link_;

@@ -285,7 +285,7 @@ TEST(NriFile, WritesTheBlocksThatTheModelHas) {
     tubes[10] = "07/03/09";
     EXPECT_EQ(commands("G10-4000", tubes), "D..E 10 16");
     for (const std::string& values : {"HEADER-TEXT" + std::string(40, '5') + "0p500050::",
-                                      "HEADER-TEXTS" + std::string(48, '5') + "::"}) {
+                                      "HEADER-TEXT5" + std::string(48, '5') + "::"}) {
         tubes[9] = values;
         EXPECT_EQ(commands("G10-4000", tubes), "refused") << values;
     }
