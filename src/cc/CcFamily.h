@@ -1,8 +1,7 @@
 #pragma once
 
-#include <string_view>
-
 #include <optional>
+#include <string_view>
 
 #include "cc/CcCoinData.h"
 #include "cc/CcUtilities.h"

@@ -19,7 +19,7 @@ class QtSerialPort final : public QObject, public SerialPort {
 
     OpenResult open(int portNumber) override;
     void close() override;
-    [[nodiscard]] bool isOpen() const override { return open_; }
+    [[nodiscard]] bool isOpen() const override { return open_ && !failed_; }
     [[nodiscard]] bool write(std::span<const std::uint8_t> bytes) override;
     void setBreak(bool on) override;
     void discardInput() override;
