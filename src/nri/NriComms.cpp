@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "catalogue/Text.h"
+#include "link/Receiver.h"
 
 namespace vantor {
 
@@ -16,6 +17,7 @@ constexpr int kAfterModeMs = 100;
 constexpr int kBeforeIdentifyMs = 250;
 constexpr int kCharacterMs = 50;
 constexpr int kQuietMs = 500;
+constexpr int kRecordMs = 50;  // the rest of a coin record
 constexpr Micros kLongestChatter = std::chrono::seconds(3);
 constexpr int kBetweenAttemptsMs = 500;
 constexpr std::size_t kVersionCharacters = 2;
@@ -131,9 +133,17 @@ bool NriComms::identifyNriMech() {
     const BoxReplies& box = state_.box;
     const NriModel& wanted = model();
     if (wanted.waitsToIdentify) link_.waitFor(kBeforeIdentifyMs, [this] { return givenUp(); });
-    link_.flushInput();
-    if (!nriCommand(kIdentify, 1)) {
-        link_.waitFor(kAnswerMs, [&] { return box.linesComplete || givenUp(); });
+    constexpr int kAskedAtMost = 3;
+    for (int asked = 1;; ++asked) {
+        link_.flushInput();
+        if (!nriCommand(kIdentify, 1)) {
+            link_.waitFor(kAnswerMs, [&] { return box.linesComplete || givenUp(); });
+        }
+        // A G10 announces a coin that falls just now, amid its answer.
+        const char record = static_cast<char>(kG10RecordStart);
+        const bool spoilt = box.replyText.find(record) != std::string::npos;
+        if (!spoilt || asked == kAskedAtMost || givenUp()) break;
+        link_.waitFor(kRecordMs, [this] { return givenUp(); });
     }
     const bool known =
         box.linesComplete && !box.replyText.empty() &&

@@ -3,7 +3,6 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -178,11 +177,9 @@ class BenchHand {
         box_.setSwitch(2, two);
     }
 
-    /// One coin after the other, as long as somebody hears them and the window asks for more. Not
-    /// at once: a coin that falls while a mech is still being identified spoils its answer.
+    /// One coin after the other, as long as somebody hears them and the window asks for more.
     void dropWhileAsked() {
         const bool heard = box_.coinDataOn() || box_.inSerialMode();
-        if (!heard) nextDrop_ = std::max(nextDrop_, loop_.now() + std::chrono::milliseconds(400));
         if (!heard || item_.empty() || loop_.now() < nextDrop_) return;
         if (std::atoi(label("frmCoinMeasure1.lblNumber").c_str()) < 1) return;
         if (!box_.drop(item_) && complain) complain("no such coin on the bench: " + item_);

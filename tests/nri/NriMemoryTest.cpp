@@ -54,6 +54,16 @@ TEST(NriIdentify, TheSecondModeOfAModelIsTriedAfterLeavingTheFirst) {
     EXPECT_EQ(world.transcript(), kEnter + "$23I<break></break><45 esc>$25I");
 }
 
+TEST(NriIdentify, ACoinThatFallsAmidTheAnswerOfAG10IsNoWrongMech) {
+    for (const int falls : {1, 2, 3}) {
+        NriWorld world("G10-4000/5");
+        for (int i = 0; i < falls; ++i) world.port.answer("I", "\x80\x1A\r06\r");
+        world.port.answer("I", "06\r");
+        world.port.answer("$25", "");  // would be tried next
+        EXPECT_EQ(world.nri.comms().setupNriComms(), falls < 3) << falls;
+    }
+}
+
 TEST(NriIdentify, ASilentModelAsksForTheInterfaceOnceAndWarnsOfAnOldOne) {
     struct Case {
         const char* version;
