@@ -12,6 +12,7 @@ constexpr std::uint8_t kCarriageReturn = 13;
 constexpr std::uint8_t kAck = 0x05;
 constexpr std::uint8_t kNak = 0x06;
 constexpr std::uint8_t kNriAck = 0x06;
+constexpr std::uint8_t kG10RecordStart = 128;
 constexpr std::uint8_t kWordFrame = ';';
 constexpr std::uint8_t kCoinFrame = '?';
 constexpr int kWordFrameBytes = 4;

@@ -10,9 +10,6 @@
 
 namespace vantor {
 
-/// With this byte a G10 begins to tell that it accepted a coin nobody asked for; a return ends it.
-inline constexpr std::uint8_t kG10RecordStart = 128;
-
 /// What the validator test shows; positions are 0-based (0..15), output bits 0..4.
 class ValtestDisplay {
   public:

@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 #include "catalogue/Text.h"
-#include "link/Receiver.h"
 
 namespace vantor {
 
@@ -40,6 +39,10 @@ class HeardAs {
     MechSelection& mech_;
     MechSelection saved_;
 };
+
+bool isAnswer(std::string_view text) {
+    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+}
 
 }  // namespace
 
@@ -139,9 +142,9 @@ bool NriComms::identifyNriMech() {
         if (!nriCommand(kIdentify, 1)) {
             link_.waitFor(kAnswerMs, [&] { return box.linesComplete || givenUp(); });
         }
-        // A G10 announces a coin that falls just now, amid its answer.
-        const char record = static_cast<char>(kG10RecordStart);
-        const bool spoilt = box.replyText.find(record) != std::string::npos;
+        // A G10 announces a coin that falls just now: before its answer stands the record, or what
+        // the flush has left of it.
+        const bool spoilt = box.linesComplete && !isAnswer(box.replyText);
         if (!spoilt || asked == kAskedAtMost || givenUp()) break;
         link_.waitFor(kRecordMs, [this] { return givenUp(); });
     }
