@@ -1,9 +1,9 @@
 #include "boxsim/BenchCommands.h"
 
-#include <filesystem>
 #include <sstream>
 
 #include "BoxBench.h"
+#include "ScratchFolder.h"
 
 namespace vantor::boxsim::test {
 namespace {
@@ -33,8 +33,8 @@ TEST(BenchCommands, DoWhatTheySay) {
 }
 
 TEST(BenchCommands, PromsGoInAndAreSavedAndCompared) {
-    const auto file = std::filesystem::temp_directory_path() / "vantor_bench_prom.txt";
-    const std::string name = "'" + file.string() + "'";
+    const vantor::test::ScratchFolder folder;
+    const std::string name = "'" + (folder.path / "prom.txt").string() + "'";
     BoxBench bench;
     const auto error = [&](const std::string& line) { return runBenchLine(bench.box, line).error; };
     EXPECT_EQ(error("insert e1 2K"), "");
@@ -55,7 +55,6 @@ TEST(BenchCommands, PromsGoInAndAreSavedAndCompared) {
     EXPECT_EQ(bench.box.promCells().size(), 512U);  // the refused one changed nothing
     EXPECT_EQ(error("insert none"), "");
     EXPECT_EQ(bench.box.promKind(), PromKind::none);
-    std::filesystem::remove(file);
 }
 
 TEST(BenchCommands, RefuseWhatTheyDoNotUnderstand) {

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <filesystem>
 
 #include "MechBench.h"
+#include "ScratchFolder.h"
 #include "platform/Files.h"
 
 namespace vantor::boxsim::test {
@@ -145,7 +145,8 @@ TEST(I2cMech, ALateAnswerNeverReachesCommandMode) {
 }
 
 TEST(BenchCommands, ShowSaveSetAndCompareTheMechsMemory) {
-    const auto file = std::filesystem::temp_directory_path() / "vantor_bench_memory.txt";
+    const vantor::test::ScratchFolder folder;
+    const auto file = folder.path / "memory.txt";
     const std::string name = "'" + file.string() + "'";
     MechBench bench("CC", "C120");
     EXPECT_TRUE(
@@ -157,7 +158,6 @@ TEST(BenchCommands, ShowSaveSetAndCompareTheMechsMemory) {
     const std::string text = readFile(file).value_or("");
     EXPECT_NE(text.find("\r\n5,4779\r\n6,0\r\n"), std::string::npos);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 128);
-    std::filesystem::remove(file);
 
     bench.bench("validator out");
     bench.bench("validator in");  // the same one

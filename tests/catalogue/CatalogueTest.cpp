@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "ScratchFolder.h"
 #include "ScriptedPrompts.h"
 #include "catalogue/ErrorReporter.h"
 #include "catalogue/LanguageFile.h"
@@ -77,19 +78,13 @@ TEST(MechCatalogue, ListsOfferTheModelsInOrder) {
 
 class LanguageFiles : public ::testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  ("vantor-language-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)));
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
     void load(const std::string& language, const std::string& file, const std::string& bytes) {
-        if (!file.empty()) std::ofstream(folder_ / file, std::ios::binary) << bytes;
+        if (!file.empty()) std::ofstream(folder_.path / file, std::ios::binary) << bytes;
         table_.language = language;
-        loadLanguage(table_, folder_, prompts_, errors_);
+        loadLanguage(table_, folder_.path, prompts_, errors_);
     }
 
-    fs::path folder_;
+    test::ScratchFolder folder_;
     MessageTable table_;
     test::ScriptedPrompts prompts_;
     ErrorReporter errors_{table_, prompts_};

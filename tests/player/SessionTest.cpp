@@ -7,8 +7,9 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <random>
 #include <sstream>
+
+#include "ScratchFolder.h"
 
 namespace vantor::player {
 namespace {
@@ -47,16 +48,10 @@ TEST(SessionOptions, KnowTheirWordsAndTheProgramsOwn) {
 /// Plays in an empty folder of its own, on the simulated box, in virtual time.
 class SessionTest : public testing::Test {
   protected:
-    SessionTest() : before_(fs::current_path()) {
-        folder_ = fs::temp_directory_path() /
-                  ("vantor-session-" + std::to_string(std::random_device{}()));
-        fs::create_directories(folder_);
-        fs::current_path(folder_);
-    }
+    SessionTest() : before_(fs::current_path()) { fs::current_path(folder_.path); }
     ~SessionTest() override {
         std::error_code ignored;
         fs::current_path(before_, ignored);
-        fs::remove_all(folder_, ignored);
     }
 
     int play(const std::string& script) {
@@ -81,7 +76,8 @@ class SessionTest : public testing::Test {
     std::ostringstream out, err;
 
   private:
-    fs::path before_, folder_;
+    fs::path before_;
+    vantor::test::ScratchFolder folder_;
 };
 
 /// The scripts of a folder below docs/demo, by their names.

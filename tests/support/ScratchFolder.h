@@ -3,24 +3,26 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
 #include <string>
 
 namespace vantor::test {
 
-/// A folder of a test's own below the one for such things, gone with its end.
+/// A folder of a test's own below the one for such things, gone with its end. Tests, and whole
+/// suites, run side by side: no two may share one.
 class ScratchFolder {
   public:
     ScratchFolder() {
-        static int made = 0;
-        const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string("vantor-") + test->test_suite_name() + "." + test->name() +
-                           "-" + std::to_string(++made);
-        for (char& c : name) c = c == '/' ? '-' : c;
-        path = std::filesystem::path(::testing::TempDir()) / name;
-        std::filesystem::remove_all(path);
-        std::filesystem::create_directories(path);
+        std::random_device random;
+        do {
+            path = std::filesystem::path(::testing::TempDir()) /
+                   ("vantor-test-" + std::to_string(random()));
+        } while (!std::filesystem::create_directories(path));
     }
-    ~ScratchFolder() { std::filesystem::remove_all(path); }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
