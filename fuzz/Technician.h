@@ -19,6 +19,8 @@ class Bench final : public Prompts {
     Bench(std::string_view maker, std::string_view model, std::string_view moods,
           std::filesystem::path file)
         : moods_(moods), file_(std::move(file)) {
+        // Every input meets the same bench: a log that an earlier one left would be one more box.
+        std::filesystem::remove(log_);
         core.select(maker, model);
         core.state.app.folder = scratchFolder();
         require(box.plugValidator(maker, model), "the bench has every model");
@@ -45,7 +47,7 @@ class Bench final : public Prompts {
     }
     void notice(const Prompt&) override {}
     std::optional<std::filesystem::path> askFile(const FileQuestion& question) override {
-        if (question.saving) return scratchFolder() / "log.csv";
+        if (question.saving) return log_;
         return file_;
     }
     void beep() override {}
@@ -122,6 +124,7 @@ class Bench final : public Prompts {
     static constexpr std::string_view kDropTitle = "Data Gather: ";
     std::string_view moods_;
     std::filesystem::path file_;
+    const std::filesystem::path log_ = scratchFolder() / "log.csv";
     std::string coin_;
     int asked_ = 0;
     int handfuls_ = 0;

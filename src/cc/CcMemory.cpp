@@ -125,6 +125,8 @@ int CcMemory::readEepromWord(int address) {
 }
 
 int CcMemory::requestWord(int address) {
+    // Cancelled while the session opened: the box may be in command mode.
+    if (state_.gather.abortFlag) return -1;
     BoxReplies& box = state_.box;
     box.wordReadyFlag = false;
     box.wordChecksumError = false;
@@ -319,14 +321,18 @@ MechImage CcMemory::soundImage() const {
     const MechImage& old = state_.images.old;
     if (!unfinished_ || unfinished_->model != state_.mech.mechType) return old;
     const auto& [model, sound, held, meant] = *unfinished_;
+    MechImage base = sound;
     bool finished = true;  // only the reading failed
     int strange = 0;
     for (int i = 0; i <= std::min(words() - 1, kCcCheckWord); ++i) {
-        finished = finished && old[i] == meant[i];
-        strange += old[i] != held[i] && old[i] != meant[i];
+        const bool changed = held[i] != meant[i];
+        finished = finished && (!changed || old[i] == meant[i]);
+        if (old[i] == held[i] || old[i] == meant[i]) continue;
+        ++strange;
+        // Nobody wrote there: the word was misread, then or now.
+        if (!changed && sound[i] == held[i]) base[i] = old[i];
     }
     if (finished || strange > kHalfWritten) return old;
-    MechImage base = sound;
     // The low byte of the check word is the mech's own, unless that word is the spoilt one.
     const int check = highByte(old[kCcCheckWord]);
     if (check == highByte(held[kCcCheckWord]) || check == highByte(meant[kCcCheckWord])) {

@@ -179,6 +179,17 @@ TEST(CcRead, ACancelledRunIsToldNothingAndEndsAtOnce) {
     }
 }
 
+TEST(CcRead, ARunThatIsCancelledWhileTheSessionOpensReadsNothing) {
+    CcWorld world("435");
+    world.box.serialMode = false;
+    world.loop.callAfter(std::chrono::milliseconds(100),
+                         [&] { world.state.gather.abortFlag = true; });
+    EXPECT_FALSE(world.cc.readMemory());
+    EXPECT_EQ(world.port.sent.find('{'), std::string::npos) << "the box is in command mode";
+    EXPECT_EQ(world.told(), "");
+    EXPECT_TRUE(world.inCommandMode());
+}
+
 TEST(CcRead, TheProgramsEndClosesWithoutWaiting) {
     const std::pair<const char*, std::string> models[] = {{"220B", "yy"}, {"Sentinel", "\r#"}};
     for (const auto& [model, goodBye] : models) {
@@ -317,6 +328,14 @@ TEST(CcProgramme, AfterAFailureTheCheckByteIsReckonedFromASoundMemory) {
              for (int i = 0; i <= kCheck; ++i) w.box.words[i] = w.state.images.next[i];
          },
          1, 0x77},
+        {"a word that nobody wrote was misread", [](CcWorld& w) { w.box.words[60] = 0x4321; }, 0,
+         0x82},
+        {"misread, and all was written",
+         [](CcWorld& w) {
+             for (int i = 0; i <= kCheck; ++i) w.box.words[i] = w.state.images.next[i];
+             w.box.words[60] = 0x4321;
+         },
+         1, 0x77},
         {"another mech", [](CcWorld& w) { w.box.words[3] = w.box.words[4] = 0x4321; }, 1, 0x82}};
     for (const Case& c : cases) {
         CcWorld world("435");
@@ -337,6 +356,7 @@ TEST(CcProgramme, AfterAFailureTheCheckByteIsReckonedFromASoundMemory) {
         EXPECT_EQ(world.cc.memory().soundImage()[kCheck], base[kCheck] / 256 * 256 + c.low)
             << c.what;
         EXPECT_EQ(world.cc.memory().soundImage()[20], base[20]) << c.what;
+        EXPECT_EQ(world.cc.memory().soundImage()[60], world.box.words[60]) << c.what;
     }
 }
 
