@@ -416,7 +416,8 @@ void Oracle::nriTranscript(const std::vector<std::string>& writes, bool handshak
     // Nothing was acknowledged; at least the box still answers.
     std::string answer;
     for (std::size_t i = places[at + all.size() - 1]; i < wire.size(); ++i) {
-        if (wire[i].fromBox) answer += static_cast<char>(wire[i].byte);
+        // A byte of noise in the line is skipped when it is no character.
+        if (wire[i].fromBox && wire[i].byte >= ' ') answer += static_cast<char>(wire[i].byte);
     }
     const bool ready = answer.find("*R") != std::string::npos;
     const bool status = answer.find("C0") != std::string::npos || answer.find("N0") != answer.npos;
