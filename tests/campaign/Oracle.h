@@ -24,6 +24,7 @@ class Oracle {
     void expectHealthy() { healthy_ = true; }
     /// A step of the job begins: what is claimed from now on is said of what happens from now on.
     void stepBegins();
+    void anotherMech() { memoryFirst_.clear(); }
     /// What a program at rest leaves behind: no box, no open file, the box in command mode.
     void atRest();
     /// The same with the main window in front: the box measures and tests nothing either.
@@ -77,7 +78,7 @@ class Oracle {
     // when the step began
     std::size_t wireFrom_ = 0;  ///< of the transcript
     int struckBefore_ = 0;
-    std::vector<boxsim::MemoryCell> memoryFirst_;  ///< when the session began
+    std::vector<boxsim::MemoryCell> memoryFirst_;  ///< when it was plugged in
     std::vector<boxsim::MemoryCell> memoryBefore_;
     std::vector<std::vector<boxsim::ByteWindow>> windowsBefore_;  ///< channel 1 first
     // spinning

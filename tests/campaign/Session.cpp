@@ -121,6 +121,7 @@ class Session {
         if (outcome_.done) {
             // Another mech to be programmed, or nothing would be left to write.
             world_.box.plugValidator(plan_.model->maker, plan_.model->code);
+            oracle_.anotherMech();
         } else {
             world_.box.replugValidator();
         }
