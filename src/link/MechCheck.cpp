@@ -12,12 +12,13 @@ constexpr int kSerialModeAttempts = 5;
 constexpr int kModeMs = 500;
 
 /// A program that ends before the box has said which mode it is in takes it to be in serial mode,
-/// which the program's end then leaves.
+/// which the program's end then leaves. `entering`: the box's ready line answers the ESC characters
+/// before the mode command, not the command.
 class ModeInDoubt {
   public:
-    explicit ModeInDoubt(BoxReplies& box) : box_(box) {}
+    ModeInDoubt(BoxReplies& box, bool entering) : box_(box), entering_(entering) {}
     ~ModeInDoubt() {
-        if (std::uncaught_exceptions() > before_ && !box_.commandModeFlag) {
+        if (std::uncaught_exceptions() > before_ && (entering_ || !box_.commandModeFlag)) {
             box_.serialModeFlag = true;
         }
     }
@@ -26,6 +27,7 @@ class ModeInDoubt {
 
   private:
     BoxReplies& box_;
+    bool entering_;
     int before_ = std::uncaught_exceptions();
 };
 
@@ -87,7 +89,7 @@ bool MechCheck::enterSerialMode(std::string_view modeCommand) {
     const bool& on = state_.box.serialModeFlag;
     const bool& cancelled = state_.gather.abortFlag;
     state_.box.commandModeFlag = false;
-    const ModeInDoubt doubt(state_.box);
+    const ModeInDoubt doubt(state_.box, true);
     for (int attempt = 0; attempt < kSerialModeAttempts; ++attempt) {
         link_.sendEscapes(kEscapes);
         link_.sendString(modeCommand);
@@ -123,7 +125,7 @@ bool MechCheck::leaveSerialMode() {
     // A port that is gone was told; nobody could answer whether the box is stuck.
     const auto over = [this] { return state_.box.commandModeFlag || !state_.link.portOpen; };
     if (over()) return false;
-    const ModeInDoubt doubt(state_.box);
+    const ModeInDoubt doubt(state_.box, false);
     link_.flushInput();
     callBack(over);
     // The box answers the ESC characters, not the break, so it is given time to.

@@ -7,6 +7,7 @@
 
 #include "Jobs.h"
 #include "boxsim/SimulatedMech.h"
+#include "catalogue/Text.h"
 #include "link/ProgrammerLink.h"
 #include "platform/Files.h"
 
@@ -57,6 +58,11 @@ Oracle::~Oracle() {
     world_.prompts.onSave = {};
     world_.onRead = {};
     world_.onTested = {};
+}
+
+void Oracle::expectHealthy() {
+    healthy_ = true;
+    measuredBefore_ = world_.box.coinDataOn();
 }
 
 void Oracle::stepBegins() {
@@ -168,7 +174,7 @@ void Oracle::atHome() {
     const bool ignored = !healthy_ && world_.plan.armed.kind == boxsim::Fault::Kind::silentBox;
     if (boxMayBeDeaf() || ignored) return;
     if (world_.box.testing()) violation("(c) the box is left in its test");
-    if (world_.box.coinDataOn()) {
+    if (world_.box.coinDataOn() && !measuredBefore_) {
         violation("(c) the box is left with coin data on");
     }
 }
@@ -324,10 +330,22 @@ void Oracle::log() {
     }
     if (!text->empty() && !endsWhole(*text)) violation("(e) the log is torn");
     std::vector<std::string> written;
+    const auto flier = [&](const std::string& line) {
+        const std::string own = fromFileBytes(line);
+        return own.starts_with("\"" + world_.state().msgText(456)) ||
+               own.starts_with("\"" + world_.state().msgText(460));
+    };
+    bool behindReading = false;
     std::istringstream file(*text);
     for (std::string line; std::getline(file, line);) {
         if (line.ends_with('\r')) line.pop_back();
-        if (isReading(line)) written.push_back(line);
+        // With a flier found at once, the last coin's count was gone before anybody saw it.
+        const std::size_t count = written.size();
+        const bool unseen = behindReading && flier(line) &&
+                            (count > measured_.size() || written.back() != measured_[count - 1]);
+        if (unseen) written.pop_back();
+        behindReading = isReading(line);
+        if (behindReading) written.push_back(line);
     }
     if (written != measured_) {
         violation("(e) the log has " + std::to_string(written.size()) + " readings, counted were " +

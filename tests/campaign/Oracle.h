@@ -21,7 +21,7 @@ class Oracle {
     Oracle& operator=(const Oracle&) = delete;
 
     /// The fault is over: from now on everything has to be right.
-    void expectHealthy() { healthy_ = true; }
+    void expectHealthy();
     /// A step of the job begins: what is claimed from now on is said of what happens from now on.
     void stepBegins();
     void anotherMech() { memoryFirst_.clear(); }
@@ -70,7 +70,8 @@ class Oracle {
 
     World& world_;
     bool healthy_ = false;
-    bool struck_ = false;  ///< the fault has, at some time
+    bool measuredBefore_ = false;  ///< the box did when the clean run began: it was told so
+    bool struck_ = false;          ///< the fault has, at some time
     int verdicts_ = 0;
     bool toldOfBox_ = false;        ///< the box or the line failed, so that the box may be stuck
     bool savedIncomplete_ = false;  ///< a memory that was not whole

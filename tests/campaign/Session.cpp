@@ -97,6 +97,12 @@ class Session {
         if (!outcome_.done && outcome_.struck == 0 && outcome_.pressed == 0) {
             oracle_.violation("(c) refused, though nothing was wrong");
         }
+        // What is late still comes; that is no rest.
+        if (plan_.row().kind == boxsim::Fault::Kind::delayByte ||
+            plan_.row().kind == boxsim::Fault::Kind::mechLate) {
+            world_.loop.advance(milliseconds(plan_.armed.value));
+            world_.loop.advance(kLineClear);
+        }
         oracle_.atRest();
         oracle_.files(false);
         outcome_.story = world_.prompts.seen;
@@ -109,11 +115,6 @@ class Session {
     void heal() {
         // A mech that lost its power is dead for a while, however soon the job was over.
         if (plan_.row().kind == boxsim::Fault::Kind::powerLoss) {
-            world_.loop.advance(milliseconds(plan_.armed.value));
-        }
-        // What is late still comes, and is no news of the clean run.
-        if (plan_.row().kind == boxsim::Fault::Kind::delayByte ||
-            plan_.row().kind == boxsim::Fault::Kind::mechLate) {
             world_.loop.advance(milliseconds(plan_.armed.value));
         }
         world_.box.clearFaults();

@@ -359,6 +359,8 @@ void Oracle::nri(bool fromFile) {
         return;
     }
     nriTranscript(sent, handshake);
+    // A mech need not take what was misread into a file.
+    if (fromFile && !fileAsLaidOut() && linesUnchecked()) return;
     nriMemory(blocks, fromFile);
 }
 
