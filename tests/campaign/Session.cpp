@@ -100,7 +100,8 @@ class Session {
         // What is late still comes; that is no rest.
         if (plan_.row().kind == boxsim::Fault::Kind::delayByte ||
             plan_.row().kind == boxsim::Fault::Kind::mechLate) {
-            world_.loop.advance(milliseconds(plan_.armed.value));
+            const int times = std::max(plan_.armed.times, 1);
+            world_.loop.advance(times * milliseconds(plan_.armed.value));
             world_.loop.advance(kLineClear);
         }
         oracle_.atRest();
