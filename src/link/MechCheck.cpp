@@ -11,23 +11,24 @@ constexpr int kStatusMs = 500;
 constexpr int kSerialModeAttempts = 5;
 constexpr int kModeMs = 500;
 
+enum class ModeChange { entering, leaving };
+
 /// A program that ends before the box has said which mode it is in takes it to be in serial mode,
-/// which the program's end then leaves. `entering`: the box's ready line answers the ESC characters
-/// before the mode command, not the command.
+/// which the program's end then leaves.
 class ModeInDoubt {
   public:
-    ModeInDoubt(BoxReplies& box, bool entering) : box_(box), entering_(entering) {}
+    ModeInDoubt(BoxReplies& box, ModeChange change) : box_(box), change_(change) {}
     ~ModeInDoubt() {
-        if (std::uncaught_exceptions() > before_ && (entering_ || !box_.commandModeFlag)) {
-            box_.serialModeFlag = true;
-        }
+        // On entering, the box's ready line answers the ESC characters before the mode command.
+        const bool left = change_ == ModeChange::leaving && box_.commandModeFlag;
+        if (std::uncaught_exceptions() > before_ && !left) box_.serialModeFlag = true;
     }
     ModeInDoubt(const ModeInDoubt&) = delete;
     ModeInDoubt& operator=(const ModeInDoubt&) = delete;
 
   private:
     BoxReplies& box_;
-    bool entering_;
+    ModeChange change_;
     int before_ = std::uncaught_exceptions();
 };
 
@@ -89,7 +90,7 @@ bool MechCheck::enterSerialMode(std::string_view modeCommand) {
     const bool& on = state_.box.serialModeFlag;
     const bool& cancelled = state_.gather.abortFlag;
     state_.box.commandModeFlag = false;
-    const ModeInDoubt doubt(state_.box, true);
+    const ModeInDoubt doubt(state_.box, ModeChange::entering);
     for (int attempt = 0; attempt < kSerialModeAttempts; ++attempt) {
         link_.sendEscapes(kEscapes);
         link_.sendString(modeCommand);
@@ -125,7 +126,7 @@ bool MechCheck::leaveSerialMode() {
     // A port that is gone was told; nobody could answer whether the box is stuck.
     const auto over = [this] { return state_.box.commandModeFlag || !state_.link.portOpen; };
     if (over()) return false;
-    const ModeInDoubt doubt(state_.box, false);
+    const ModeInDoubt doubt(state_.box, ModeChange::leaving);
     link_.flushInput();
     callBack(over);
     // The box answers the ESC characters, not the break, so it is given time to.

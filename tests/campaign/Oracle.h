@@ -24,6 +24,7 @@ class Oracle {
     void expectHealthy();
     /// A step of the job begins: what is claimed from now on is said of what happens from now on.
     void stepBegins();
+    /// Another mech of the model is plugged in: what the old one held counts no more.
     void anotherMech() { memoryFirst_.clear(); }
     /// What a program at rest leaves behind: no box, no open file, the box in command mode.
     void atRest();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "MeasureWorld.h"
+#include "ScratchFolder.h"
 #include "measure/Gather.h"
 #include "measure/ResultsLog.h"
 
@@ -108,9 +109,8 @@ TEST(ResultsLog, ItemsAreWrittenAsTextsIntegersAndShortestSingles) {
 }
 
 TEST(ResultsLog, TheOldLogStaysUntilTheNewOneIsClosedAndLinesAreOnDiskAtOnce) {
-    const std::filesystem::path folder = std::filesystem::path(::testing::TempDir()) / "results";
-    std::filesystem::create_directories(folder);
-    const auto target = folder / "x.csv";
+    const ScratchFolder folder;
+    const auto target = folder.path / "x.csv";
     std::ofstream(target) << "old";
     ResultsLog log;
     log.write({"nobody listens"});
@@ -120,9 +120,8 @@ TEST(ResultsLog, TheOldLogStaysUntilTheNewOneIsClosedAndLinesAreOnDiskAtOnce) {
     EXPECT_EQ(readFile(ResultsLog::temporaryName(target)), "\"line\",1\r\n");
     log.close();
     EXPECT_EQ(readFile(target), "\"line\",1\r\n");
-    EXPECT_THROW(log.open(folder / "none" / "x.csv"), std::system_error);
+    EXPECT_THROW(log.open(folder.path / "none" / "x.csv"), std::system_error);
     EXPECT_FALSE(log.isOpen());
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace
