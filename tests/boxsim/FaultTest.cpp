@@ -162,27 +162,18 @@ TEST(Port, OpensItsOwnNumberAndNeverAnswersInsideAWrite) {
     SimulatedBox box(loop, 1);
     SimulatedPort port(loop, box, 3);
     std::string received;
-    bool writing = false;
-    port.setReceiver([&](std::span<const std::uint8_t> bytes) {
-        EXPECT_FALSE(writing);
-        received.append(bytes.begin(), bytes.end());
-    });
-    EXPECT_FALSE(port.open(1).open);
-    EXPECT_FALSE(port.write({}));
-    ASSERT_TRUE(port.open(3).open);
-    EXPECT_TRUE(port.write({}));
-    writing = true;
+    port.setReceiver(
+        [&](std::span<const std::uint8_t> bytes) { received.append(bytes.begin(), bytes.end()); });
     const std::uint8_t status[] = {'S'};
+    EXPECT_FALSE(port.open(1).open);
+    EXPECT_FALSE(port.write(status));
+    ASSERT_TRUE(port.open(3).open);
     EXPECT_TRUE(port.write(status));
-    port.setBreak(true);
-    port.setBreak(false);
-    writing = false;
+    EXPECT_EQ(received, "");
     loop.advance(1s);
     EXPECT_EQ(received.size(), 34U);
     port.close();
     EXPECT_FALSE(port.write(status));
-    loop.advance(1s);
-    EXPECT_EQ(received.size(), 34U);
 }
 
 TEST(Determinism, TheSameSeedGivesTheSameConversation) {

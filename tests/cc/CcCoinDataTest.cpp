@@ -135,29 +135,5 @@ TEST(CcCoinData, ASentinelWithoutACoinIsAskedAgainEvery15Seconds) {
     EXPECT_NEAR(world.ms(), 45500, 1500);
 }
 
-TEST(CcCoinData, CancelAndAPulledAdapterEndTheSentinelsLoop) {
-    for (const bool pulled : {false, true}) {
-        Gathering world("Sentinel", 1);
-        world.loop.callAfter(std::chrono::seconds(20), [&] {
-            if (pulled) {
-                world.port.fail("unplugged");
-            } else {
-                world.state.gather.abortFlag = true;
-            }
-        });
-        world.enable();
-        EXPECT_NEAR(world.ms(), 20000, 40) << pulled;
-        EXPECT_EQ(world.state.gather.coinsRemaining, 1) << pulled;
-    }
-}
-
-TEST(CcCoinData, TheProgramsEndClosesTheSentinelsSession) {
-    Gathering world("Sentinel");
-    world.loop.callAfter(std::chrono::seconds(3), [&] { world.state.link.ending = true; });
-    EXPECT_THROW(world.enable(), ProgramEnded);
-    EXPECT_TRUE(world.port.sent.ends_with("M02070306\r\r#"));
-    EXPECT_NEAR(world.ms(), 3000, 25);
-}
-
 }  // namespace
 }  // namespace vantor

@@ -6,7 +6,6 @@
 namespace vantor {
 namespace {
 
-using test::bytes;
 using test::CcWorld;
 using test::escapes;
 using test::leaving;
@@ -18,17 +17,6 @@ void setLimits(CcWorld& world, int channel, int low, int high) {
         world.state.limits.channelLimits[channel][2 * p - 1] = low + p;
         world.state.limits.channelLimits[channel][2 * p] = high + p;
     }
-}
-
-TEST(CcFamily, IsShownAndJudgedAsItself) {
-    CcWorld world("435");
-    EXPECT_EQ(world.cc.look().name, "Coin Controls");
-    EXPECT_FALSE(world.cc.look().promSocket);
-    EXPECT_TRUE(world.cc.coinsetRules().alwaysReadsOldMemory);
-    EXPECT_EQ(world.cc.limitRules().capacity, 255);
-    EXPECT_EQ(world.cc.limitRules().optionalParameter, 4);
-    world.select(kCoinControls, "450");
-    EXPECT_EQ(world.cc.limitRules().optionalParameter, -1);
 }
 
 TEST(CcProbe, AsksTheMechAndLeavesSerialModeEitherWay) {

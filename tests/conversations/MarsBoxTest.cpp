@@ -1,17 +1,30 @@
 #include <gtest/gtest.h>
 
-#include "BoxWorld.h"
+#include "LinkWorld.h"
+#include "RecordedProgress.h"
+#include "boxsim/SimulatedBox.h"
 #include "mars/MarsFamily.h"
 
 namespace vantor {
 namespace {
 
-struct Bench : test::BoxWorld {
+struct BoxLine {
+    VirtualEventLoop loop;
+    boxsim::SimulatedBox box{loop, 1};
+    boxsim::SimulatedPort port{loop, box};
+};
+
+/// The link floor against the simulated box, which knows none of the family's encoders.
+struct Bench : test::LinkOn<BoxLine> {
+    test::RecordedProgress progress;
     MarsFamily mars{state, link, prompts, errors, progress};
 
     explicit Bench(std::string_view model) {
         receiver.sinks.promLine = [this](std::string_view line) { mars.parsePromLine(line); };
-        plugIn(mars, model);
+        families.add(mars);
+        select(kMars, model);
+        EXPECT_TRUE(box.plugValidator(kMars, model)) << model;
+        link.startupPort();
         state.prom.promSizeCode = 1;
         state.prom.segmentSelected[0] = state.prom.segmentSelected[1] = true;
         for (int channel = 1; channel <= 12; ++channel) {

@@ -28,8 +28,6 @@ const std::vector<Family> kFamilies = {
     {"NriPlain", kNri, "G13-0000", "G13-0000-Dorin.cst", "Programmed OK"},
 };
 
-enum class Disturbance { pullAdapter, cancelRun, exitProgram };
-
 /// One program with its bench, as often as a test wants.
 class Session : public Road {
   public:
@@ -53,11 +51,17 @@ class Session : public Road {
             QCoreApplication::processEvents();
         });
     }
-    void job() {
+    void measure() {
         technician.coinset = folder() / "short.cst";
         click("frmCoinMeasure1.cmdRunCoinset");
+    }
+    void programMech() {
         if (endings == 0 && visible("frmPROM")) click("frmPROM.cmdProgPROM");
         loop.setCompanion([] { QCoreApplication::processEvents(); });
+    }
+    void job() {
+        measure();
+        programMech();
     }
     /// What is on its way arrives.
     void rest() { loop.advance(std::chrono::milliseconds(50)); }
@@ -103,6 +107,7 @@ class Session : public Road {
 
     using ProgramTest::box;
     using ProgramTest::endings;
+    using ProgramTest::loop;
     using ProgramTest::port;
     using ProgramTest::program;
     using Road::technician;
@@ -145,25 +150,35 @@ std::vector<std::size_t> moments(std::size_t count, std::size_t few) {
     return chosen;
 }
 
+std::size_t bytesOfAJob(const Family& family) {
+    Session undisturbed(family);
+    undisturbed.job();
+    EXPECT_TRUE(undisturbed.technician.saw(family.verdict)) << undisturbed.technician.seen.back();
+    return undisturbed.box.transcript().size();
+}
+
+/// At the most so many bytes lead the box back after the verdict is decided.
+constexpr std::size_t kBytesBehindTheVerdict = 60;
+constexpr std::size_t kFewMoments = 6;
+
 class AtEveryByte : public ::testing::TestWithParam<std::size_t> {
   protected:
     [[nodiscard]] const Family& family() const { return kFamilies.at(GetParam()); }
-    [[nodiscard]] std::size_t bytesOfAJob() const {
-        Session undisturbed(family());
-        undisturbed.job();
-        EXPECT_TRUE(undisturbed.technician.saw(family().verdict))
-            << undisturbed.technician.seen.back();
-        return undisturbed.box.transcript().size();
-    }
 };
 
 TEST_P(AtEveryByte, APulledAdapterLeavesNoFalseOkAndTheNextJobWorks) {
-    for (const std::size_t at : moments(bytesOfAJob(), 3)) {
+    const std::size_t bytes = bytesOfAJob(family());
+    for (const std::size_t at : moments(bytes, kFewMoments)) {
         const std::string moment = family().name + " unplugged at byte " + std::to_string(at);
         Session session(family());
         session.atByte(at, [&] { session.box.unplug(); });
         session.job();
         session.expectNoFalseOk(moment);
+        EXPECT_FALSE(at + kBytesBehindTheVerdict < bytes &&
+                     session.technician.saw(family().verdict))
+            << moment;
+        EXPECT_FALSE(session.technician.saw("Stuck in Serial")) << moment << ": told already";
+        EXPECT_FALSE(session.program->actions().busy()) << moment;
         session.box.replug();
         if (visible("frmPROM")) click("frmPROM.cmdBack1");
         if (visible("frmCoinMeasure1")) click("frmCoinMeasure1.cmdBack");
@@ -173,14 +188,26 @@ TEST_P(AtEveryByte, APulledAdapterLeavesNoFalseOkAndTheNextJobWorks) {
 }
 
 TEST_P(AtEveryByte, CancelOperationEndsTheRunAndTheNextJobWorks) {
-    for (const std::size_t at : moments(bytesOfAJob(), 3)) {
+    for (const std::size_t at : moments(bytesOfAJob(family()), kFewMoments)) {
         const std::string moment = family().name + " cancelled at byte " + std::to_string(at);
         Session session(family());
+        Micros cancelled{-1};
         session.atByte(at, [&] {
-            if (session.program->state().gather.runActive && visible("frmCoinMeasure1"))
-                click("frmCoinMeasure1.cmdBack");
+            if (!session.program->state().gather.runActive || !visible("frmCoinMeasure1")) return;
+            cancelled = session.loop.now();
+            click("frmCoinMeasure1.cmdBack");
         });
-        session.job();
+        session.measure();
+        if (cancelled >= Micros{0}) {
+            for (const char* told : {"Timeout reading", "Error", "No ACK"})
+                EXPECT_FALSE(session.technician.saw(told)) << moment << ": " << told;
+            // The set-up of a fresh window asks the box once, which takes its 800 ms.
+            if (family().maker == kMars) {
+                EXPECT_LT(session.loop.now() - cancelled, std::chrono::milliseconds(1250))
+                    << moment;
+            }
+        }
+        session.programMech();
         session.expectNoFalseOk(moment);
         session.expectUsable(moment);
         session.expectACleanJob(moment);
@@ -189,7 +216,7 @@ TEST_P(AtEveryByte, CancelOperationEndsTheRunAndTheNextJobWorks) {
 }
 
 TEST_P(AtEveryByte, ExitEndsTheProgramAndFreesTheMech) {
-    for (const std::size_t at : moments(bytesOfAJob(), 3)) {
+    for (const std::size_t at : moments(bytesOfAJob(family()), kFewMoments)) {
         const std::string moment = family().name + " left at byte " + std::to_string(at);
         Session session(family());
         session.atByte(at, [&] { click("frmMain.cmdExit"); });
@@ -198,7 +225,32 @@ TEST_P(AtEveryByte, ExitEndsTheProgramAndFreesTheMech) {
         EXPECT_EQ(session.endings, 1) << moment;
         EXPECT_FALSE(session.port.isOpen()) << moment;
         EXPECT_FALSE(session.box.inSerialMode()) << moment;
+        EXPECT_FALSE(session.box.coinDataOn()) << moment;
+        for (const char* window : {"frmMain", "frmCoinMeasure1", "frmPROM", "frmProgramming"})
+            EXPECT_FALSE(visible(window)) << moment << ": " << window;
         if (HasFailure()) return;
+    }
+}
+
+// A box whose batteries ran out, and which comes back a minute and a half later.
+TEST(SilentBox, NeverPassesForSuccess) {
+    const Family& family = kFamilies.front();
+    for (const std::size_t at : moments(bytesOfAJob(family), kFewMoments)) {
+        const std::string moment = family.name + " silent at byte " + std::to_string(at);
+        Session session(family);
+        session.atByte(at, [&] {
+            session.box.setSilent(true);
+            // A technician whose drops no longer count gives up after a while.
+            session.loop.callAfter(std::chrono::seconds(30), [&] {
+                if (session.program->state().gather.gatherActive) click("frmCoinMeasure1.cmdBack");
+            });
+            session.loop.callAfter(std::chrono::seconds(90), [&] { session.box.setSilent(false); });
+        });
+        session.job();
+        session.expectNoFalseOk(moment);
+        session.loop.advance(std::chrono::seconds(100));
+        session.expectACleanJob(moment);
+        if (::testing::Test::HasFailure()) return;
     }
 }
 

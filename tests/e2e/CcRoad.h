@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLineEdit>
 #include <map>
 #include <ostream>
 
@@ -45,12 +44,6 @@ class CcRoad : public Road {
             all.push_back(std::stoi(cell.content, nullptr, 16));
         }
         return all;
-    }
-    void expectCommandMode() {
-        loop.advance(std::chrono::milliseconds(10));
-        EXPECT_TRUE(program->idle());
-        EXPECT_FALSE(box.inSerialMode());
-        EXPECT_EQ(box.sentByPc().back(), 'W') << "the validator is switched back";
     }
     static std::string fileText(const Words& words) {
         std::string text;

@@ -1,6 +1,5 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <algorithm>
 
 #include "CcRoad.h"
 
@@ -9,16 +8,7 @@ namespace {
 
 using boxsim::Fault;
 
-class EveryCcModel : public CcRoad, public ::testing::WithParamInterface<CcCase> {
-  protected:
-    void drop(const std::string& coin, int count) {
-        for (int i = 0; i < count; ++i) {
-            loop.advance(std::chrono::milliseconds(10));
-            ASSERT_TRUE(box.drop(coin));
-            loop.advance(std::chrono::milliseconds(200));
-        }
-    }
-};
+class EveryCcModel : public CcRoad, public ::testing::WithParamInterface<CcCase> {};
 
 TEST_P(EveryCcModel, IsProgrammedFromItsCoinset) {
     const CcCase& road = GetParam();
@@ -48,23 +38,21 @@ TEST_P(EveryCcModel, IsProgrammedFromItsCoinset) {
         << "only what changed is written";
     EXPECT_EQ(readFile(folder() / (road.model + "temp.txt")), fileText(expected));
     expectCommandMode();
-
     expectLog();
 
     ASSERT_TRUE(enabled("frmPROM.cmdValtest"));
     click("frmPROM.cmdValtest");
     ASSERT_TRUE(visible("frmValtest"));
     drop("20 Pell", 20);
-    EXPECT_GE(std::stoi(label("frmValtest.lblCount_2")), 15);
+    EXPECT_GE(count(2), 15);
     EXPECT_EQ(visible("frmValtest.optBinary"), road.binaryPositions > 0);
     if (road.binaryPositions > 0) {
         click("frmValtest.optBinary");
-        const std::string last = std::to_string(road.binaryPositions - 1);
-        loop.advance(std::chrono::milliseconds(10));
+        letTheLineClear();
         ASSERT_TRUE(
             box.reportTestEvent("X0" + hex(static_cast<unsigned>(road.binaryPositions) - 1, 1)));
         loop.advance(std::chrono::milliseconds(100));
-        EXPECT_EQ(label("frmValtest.lblCount_" + last), " 1");
+        EXPECT_EQ(count(road.binaryPositions - 1), 1);
     }
     click("frmValtest.cmdBack");
     ASSERT_TRUE(visible("frmPROM"));
@@ -81,54 +69,6 @@ INSTANTIATE_TEST_SUITE_P(CoinControls, EveryCcModel, ::testing::ValuesIn(kCcCase
 // --- what goes wrong -------------------------------------------------------------------------
 
 class CcFaults : public CcRoad {};
-
-TEST_F(CcFaults, AnIncompleteReadIsToldAndNothingIsBuiltOnIt) {
-    using enum Fault::Kind;
-    struct Case {
-        const char* model;
-        Fault fault;
-        const char* message;  ///< that the technician reads
-    };
-    for (const Case& c :
-         {Case{"335", {.kind = noSession, .times = -1}, "Timeout reading Coin Mech EEPROM"},
-          Case{"450",
-               {.kind = wrongSum, .after = 40},
-               "Checksum Error reading Coin Mech EEPROM Address: 40"},
-          Case{"C120",
-               {.kind = mechSilent, .after = 60, .times = -1},
-               "Timeout reading Coin Mech EEPROM"},
-          Case{"Sentinel", {.kind = noSession, .times = -1}, "Incompatible CC Interface Board"},
-          Case{
-              "Sentinel", {.kind = mechRefuses, .after = 20}, "No ACK reading Coin Mech EEPROM"}}) {
-        SCOPED_TRACE(std::string(c.model) + " " + c.message);
-        programFromCoinset(c.model);
-        const Words before = words();
-        click("frmPROM.optSeg_0");
-        box.addFault(c.fault);
-        click("frmPROM.cmdPROMutilities");
-        ASSERT_TRUE(visible("frmEEPROMdata")) << last();
-        EXPECT_TRUE(technician.saw(c.message)) << last();
-        click("frmEEPROMdata.cmdBye");
-        ASSERT_TRUE(visible("frmPROM"));
-        expectCommandMode();
-        box.clearFaults();
-        box.clearTranscript();
-        technician.seen.clear();
-        click("frmPROM.cmdProgPROM");
-        loop.advance(std::chrono::milliseconds(10));
-        EXPECT_EQ(box.sentByPc(), "") << "refused before anything is sent";
-        EXPECT_EQ(technician.seen.size(), 1U) << last();
-        EXPECT_FALSE(technician.saw("Verified OK"));
-        EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
-        EXPECT_EQ(words(), before);
-        // Restore Limits reads the mech again, and then it can be programmed.
-        click("frmPROM.cmdRestore");
-        click("frmPROM.cmdProgPROM");
-        EXPECT_TRUE(technician.saw("EEPROM Verified OK")) << last();
-        program.reset();
-        technician.seen.clear();
-    }
-}
 
 TEST_F(CcFaults, AfterAProgrammingThatFailedTheCheckByteIsRightAgain) {
     struct Case {
@@ -188,6 +128,7 @@ TEST_F(CcFaults, WithoutASessionTheGatherWaitsForCancelAndSaysSo) {
 
 // --- the clone box and the utilities window --------------------------------------------------
 
+// What is declined or cannot be read is the unit test's.
 TEST_F(CcRoad, CloneCoinMechProgramsASavedMemoryFirst) {
     technician.memoryFile =
         std::filesystem::path(VANTOR_SOURCE_DIR) / "data" / "MemoryFiles" / "435-Dorin.txt";
@@ -199,17 +140,6 @@ TEST_F(CcRoad, CloneCoinMechProgramsASavedMemoryFirst) {
     EXPECT_TRUE(technician.saw("Write EEPROM|Confirm overwrite EEPROM")) << last();
     EXPECT_TRUE(technician.saw("EEPROM Verified OK"));
     EXPECT_EQ(fileText(words()), readFile(technician.memoryFile));
-
-    // Declined, the run is over before it has begun.
-    click("frmPROM.cmdBack1");
-    widget<QAbstractButton>("frmCoinMeasure1.chkduplicate")->setChecked(true);
-    technician.seen.clear();
-    technician.instead("Confirm overwrite EEPROM", QMessageBox::Cancel);
-    runCoinset("435-Dorin.cst");
-    EXPECT_TRUE(technician.allExceptionsUsed());
-    EXPECT_FALSE(visible("frmPROM"));
-    EXPECT_FALSE(technician.saw("Press YES"));
-    expectCommandMode();
 }
 
 class EepromWindowRoad : public CcRoad {
@@ -230,21 +160,14 @@ TEST_F(EepromWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     good[63] = 256 - byteSum(good, 0, 63);
     click("frmMain.cmdCCprom");
     ASSERT_TRUE(visible("frmEEPROMdata")) << last();
-    EXPECT_FALSE(visible("frmMain"));
-    for (const char* button : {"frmMain.cmdCCprom", "frmMain.cmdPROMutilities"}) {
-        EXPECT_FALSE(enabled(button)) << button;
-    }
     EXPECT_TRUE(pane().starts_with("  00 ")) << pane();
     EXPECT_EQ(pane().substr(5 + 9 * 5, 5), "1234 ");
-    choose("frmEEPROMdata.cmbDisplay", "Other Information");
-    EXPECT_NE(pane().find("Coin 05          Route : AB"), std::string::npos) << pane();
 
     // Saved under a name with another ending; the second time the technician must agree.
     technician.memoryFile = folder() / "coins.dat";
     click("frmEEPROMdata.cmdSave");
     const std::string saved = readFile(folder() / "coins.txt").value_or("");
     EXPECT_EQ(saved, fileText(words()));
-    EXPECT_EQ(std::ranges::count(saved, '\n'), 64);
     box.mech()->setMemory(9, "FFFF");
     technician.instead("Overwrite Existing File", QMessageBox::Cancel);
     click("frmEEPROMdata.cmdReadPROM");
@@ -252,20 +175,14 @@ TEST_F(EepromWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     EXPECT_TRUE(technician.allExceptionsUsed());
     EXPECT_EQ(readFile(folder() / "coins.txt"), saved);
 
-    choose("frmEEPROMdata.cmbDisplay", "Hex Data ");
     EXPECT_EQ(pane().substr(5 + 9 * 5, 5), "FFFF ");
     click("frmEEPROMdata.cmdProgramme");
     EXPECT_TRUE(technician.saw("EEPROM Verified OK")) << last();
     EXPECT_EQ(words(), good);
     EXPECT_EQ(pane().substr(5 + 9 * 5, 5), "1234 ");
 
-    technician.memoryFile = folder() / "nothing.txt";
-    click("frmEEPROMdata.cmdProgramme");
-    EXPECT_EQ(last(), "Error|Invalid Filename");
     click("frmEEPROMdata.cmdBye");
-    EXPECT_FALSE(visible("frmEEPROMdata"));
-    EXPECT_TRUE(visible("frmMain"));
-    EXPECT_TRUE(enabled("frmMain.cmdCCprom"));
+    EXPECT_TRUE(visible("frmMain") && enabled("frmMain.cmdCCprom"));
     expectCommandMode();
 }
 
@@ -275,8 +192,6 @@ TEST_F(EepromWindowRoad, EditsTheRoutingOfA435) {
     click("frmMain.cmdCCprom");
     choose("frmEEPROMdata.cmbDisplay", "Other Information");
     ASSERT_TRUE(visible("frmEEPROMdata.frm435"));
-    EXPECT_FALSE(enabled("frmEEPROMdata.cmdProgramme"));
-    EXPECT_EQ(widget<QLineEdit>("frmEEPROMdata.txtPlugDefault")->text(), QStringLiteral("A"));
     type("txtSort_0", "d");
     type("txtCode_15", "000");
     box.clearTranscript();
@@ -291,7 +206,7 @@ TEST_F(EepromWindowRoad, EditsTheRoutingOfA435) {
     click("frmEEPROMdata.optPlug");
     technician.instead("Confirm overwrite EEPROM", QMessageBox::Cancel);
     click("frmEEPROMdata.cmdRouting");
-    loop.advance(std::chrono::milliseconds(10));
+    letTheLineClear();
     EXPECT_EQ(box.sentByPc(), "");
     EXPECT_EQ(words(), before);
 
@@ -311,10 +226,10 @@ TEST_F(EepromWindowRoad, EditsTheRoutingOfA435) {
     // Nothing is built on a memory that was not read whole.
     box.addFault({.kind = Fault::Kind::wrongSum, .after = 40});
     click("frmEEPROMdata.cmdReadPROM");
-    loop.advance(std::chrono::milliseconds(10));
+    letTheLineClear();
     box.clearTranscript();
     click("frmEEPROMdata.cmdRouting");
-    loop.advance(std::chrono::milliseconds(10));
+    letTheLineClear();
     EXPECT_EQ(last(), "Error|" + program->state().msgText(146));
     EXPECT_EQ(box.sentByPc(), "");
     EXPECT_EQ(words(), expected);
@@ -325,7 +240,7 @@ TEST_F(EepromWindowRoad, EditsTheRoutingOfA435) {
 
 TEST_F(EepromWindowRoad, FromTheLimitsWindowAndBack) {
     programFromCoinset("450");
-    loop.advance(std::chrono::milliseconds(10));
+    letTheLineClear();
     box.clearTranscript();
     click("frmPROM.cmdPROMutilities");
     ASSERT_TRUE(visible("frmEEPROMdata"));

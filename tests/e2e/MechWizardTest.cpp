@@ -1,4 +1,5 @@
 #include <QComboBox>
+#include <QLineEdit>
 #include <algorithm>
 
 #include "CcRoad.h"
@@ -10,7 +11,6 @@
 namespace vantor::test {
 namespace {
 
-using boxsim::Fault;
 using std::chrono::milliseconds;
 
 constexpr int kSensors = 16;
@@ -200,8 +200,6 @@ TEST_P(EveryCcWizard, ChangesOneChannelAndKeepsTheRest) {
 INSTANTIATE_TEST_SUITE_P(CoinControls, EveryCcWizard, ::testing::ValuesIn(kCcCases),
                          [](const auto& row) { return "Model" + row.param.model; });
 
-class CcWizards : public Wizards<CcRoad> {};
-
 // --- NRI -------------------------------------------------------------------------------------
 
 struct NriWizardCase {
@@ -350,53 +348,7 @@ INSTANTIATE_TEST_SUITE_P(
         NriWizardCase{.model = "G13-0000", .values = 7, .first = 18, .width = 3, .downwards = true},
         NriWizardCase{
             .model = "G18-0000", .values = 7, .first = 18, .width = 3, .downwards = true}),
-    [](const auto& row) {
-        std::string name = "Model" + row.param.model;
-        std::erase_if(name, [](char c) { return c == '-' || c == '/'; });
-        return name;
-    });
-
-class NriWizards : public Wizards<NriRoad> {};
-
-TEST_F(NriWizards, WhatIsRefusedOrNotReadEndsThem) {
-    struct Row {
-        const char* model;
-        const char* button;
-        Fault fault;
-        const char* told;
-    };
-    using enum Fault::Kind;
-    const Fault none{.times = 0};
-    const char* value = "Error|Invalid Coin Value has been Set\n\nMust be a multiple of:  5";
-    for (const Row& row : {Row{"G13-6000", "cmdAddReplace", none, value},
-                           Row{"G18-0000", "cmdAddReplace", none, value},
-                           Row{"G40-0000",
-                               "cmdEditLimits",
-                               {.kind = mechSilent, .after = 30},
-                               "Error|Error Reading NRI Memory Address : X"},
-                           Row{"G10-4000",
-                               "cmdSlugFix",
-                               {.kind = mechCut, .after = 5, .value = 7},
-                               "Error|Error Reading NRI Memory Address : V"},
-                           Row{"G10-4000/5",
-                               "cmdAddReplace",
-                               {.kind = noSession, .times = -1},
-                               "Error|No Communication with the NRI Coin Mech"}}) {
-        SCOPED_TRACE(std::string(row.model) + row.told);
-        openWizard(row.model, kNri, "Coin 03");
-        const Blocks before = blocks();
-        widget<QLineEdit>("frmCoinMeasure1.txtCoinValue")->setText("33");
-        if (row.fault.times != 0) box.addFault(row.fault);
-        press(row.button);
-        ASSERT_EQ(technician.seen.size(), 1U) << last();
-        EXPECT_TRUE(last().starts_with(row.told)) << last();
-        expectReadyWindow();
-        EXPECT_EQ(blocks(), before);
-        box.clearFaults();
-        program.reset();
-        technician.seen.clear();
-    }
-}
+    [](const auto& row) { return testName(row.param.model); });
 
 // --- Cancel Operation ------------------------------------------------------------------------
 
@@ -406,67 +358,58 @@ struct Moment {
     int piecesLeft = 0;
 };
 
-template <class WizardRoad>
-class CancelledWizards : public WizardRoad {
-  protected:
-    void cancelEverywhere(const std::string& model, std::string_view maker) {
-        for (const Moment& moment :
-             {Moment{"Start Coin Drop"}, Moment{"", 7}, Moment{"Gathered Coin Data"},
-              Moment{"Start Slug Drop"}, Moment{"Gathered Slug Data"},
-              Moment{"Coin Fliers detected"}}) {
-            SCOPED_TRACE(model + " " + moment.box);
-            // Far enough apart, all pieces are fliers.
-            this->spread = moment.box == "Coin Fliers detected" ? 120 : kSpread;
-            this->openWizard(model, maker, "Coin 04");
-            const auto cancel = [] {
-                EXPECT_TRUE(enabled("frmCoinMeasure1.cmdBack"));
-                click("frmCoinMeasure1.cmdBack");
-            };
-            RepeatingTimer watch(this->loop);
-            if (!moment.box.empty()) {
-                this->technician.instead(moment.box, QMessageBox::Ok, cancel);
-            } else {
-                watch.start(milliseconds(50), [this, &watch, &moment, cancel] {
-                    if (!this->box.inSerialMode() || this->remaining() != moment.piecesLeft) return;
-                    watch.stop();
-                    cancel();
-                });
-            }
-            const auto before = this->box.mech()->savedMemory();
-            this->press("cmdSlugFix");
-            EXPECT_TRUE(this->technician.allExceptionsUsed());
-            EXPECT_EQ(this->technician.saw("Gathered Slug Data"),
-                      moment.box == "Gathered Slug Data");
-            this->expectReadyWindow();
-            EXPECT_EQ(this->box.mech()->savedMemory(), before);
-
-            // And the window works: the next wizard reaches the limits.
-            this->openPanel("Coin 04");
-            this->press("cmdEditLimits");
-            EXPECT_TRUE(visible("frmPROM")) << this->last();
-            this->program.reset();
-            this->technician.seen.clear();
-        }
-    }
+struct CancelledMech {
+    std::string_view maker;
+    const char *model, *name;
 };
 
-class CancelledCcWizards : public CancelledWizards<CcWizards>,
-                           public ::testing::WithParamInterface<const char*> {};
-TEST_P(CancelledCcWizards, LeaveTheWindowUsable) {
-    cancelEverywhere(GetParam(), kCoinControls);
-}
-INSTANTIATE_TEST_SUITE_P(CoinControls, CancelledCcWizards,
-                         ::testing::Values("335", "C120", "Sentinel"));
+class CancelledWizards : public Wizards<Road>,
+                         public ::testing::WithParamInterface<CancelledMech> {};
 
-class CancelledNriWizards : public CancelledWizards<NriWizards>,
-                            public ::testing::WithParamInterface<const char*> {};
-TEST_P(CancelledNriWizards, LeaveTheWindowUsable) {
-    cancelEverywhere(GetParam(), kNri);
+TEST_P(CancelledWizards, LeaveTheWindowUsable) {
+    for (const Moment& moment : {Moment{"Start Coin Drop"}, Moment{"", 7},
+                                 Moment{"Gathered Coin Data"}, Moment{"Start Slug Drop"},
+                                 Moment{"Gathered Slug Data"}, Moment{"Coin Fliers detected"}}) {
+        SCOPED_TRACE(moment.box);
+        // Far enough apart, all pieces are fliers.
+        spread = moment.box == "Coin Fliers detected" ? 120 : kSpread;
+        openWizard(GetParam().model, GetParam().maker, "Coin 04");
+        const auto cancel = [] {
+            EXPECT_TRUE(enabled("frmCoinMeasure1.cmdBack"));
+            click("frmCoinMeasure1.cmdBack");
+        };
+        RepeatingTimer watch(loop);
+        if (!moment.box.empty()) {
+            technician.instead(moment.box, QMessageBox::Ok, cancel);
+        } else {
+            watch.start(milliseconds(50), [this, &watch, &moment, cancel] {
+                if (!box.inSerialMode() || remaining() != moment.piecesLeft) return;
+                watch.stop();
+                cancel();
+            });
+        }
+        const auto before = box.mech()->savedMemory();
+        press("cmdSlugFix");
+        EXPECT_TRUE(technician.allExceptionsUsed());
+        EXPECT_EQ(technician.saw("Gathered Slug Data"), moment.box == "Gathered Slug Data");
+        expectReadyWindow();
+        EXPECT_EQ(box.mech()->savedMemory(), before);
+
+        // And the window works: the next wizard reaches the limits.
+        openPanel("Coin 04");
+        press("cmdEditLimits");
+        EXPECT_TRUE(visible("frmPROM")) << last();
+        program.reset();
+        technician.seen.clear();
+    }
 }
-INSTANTIATE_TEST_SUITE_P(Nri, CancelledNriWizards, ::testing::Values("G13-6000", "G18-0000"),
-                         [](const auto& row) {
-                             return row.param == std::string("G13-6000") ? "Handshake" : "Plain";
-                         });
+
+INSTANTIATE_TEST_SUITE_P(MechsWithMemory, CancelledWizards,
+                         ::testing::Values(CancelledMech{kCoinControls, "335", "CcI2c"},
+                                           CancelledMech{kCoinControls, "Sentinel", "CcSentinel"},
+                                           CancelledMech{kNri, "G13-6000", "NriHandshake"},
+                                           CancelledMech{kNri, "G18-0000", "NriPlain"}),
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace vantor::test

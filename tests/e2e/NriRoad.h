@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <algorithm>
 #include <map>
@@ -36,11 +35,6 @@ class NriRoad : public Road {
         return model;
     }
     void openNri(const std::string& model) { openMain(model, kNri); }
-    void gather(const std::string& model) {
-        openNri(model);
-        openMeasurement();
-        runCoinset(fileStem(model) + "-Dorin.cst");
-    }
     [[nodiscard]] Blocks blocks() {
         Blocks all;
         for (const boxsim::MemoryCell& cell : box.mech()->memory()) all[cell.number] = cell.content;
@@ -65,13 +59,9 @@ class NriRoad : public Road {
         std::erase_if(sent, [](char c) { return c != 'J' && c != 'W'; });
         return sent;
     }
-    void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
     void expectCommandMode() {
-        letTheLineClear();
-        EXPECT_TRUE(program->idle());
-        EXPECT_FALSE(box.inSerialMode());
-        EXPECT_FALSE(visible("frmProgramming"));
-        EXPECT_EQ(box.unknownBytes(), 0);
+        Road::expectCommandMode();
+        EXPECT_EQ(box.unknownBytes(), 0) << "what is meant for the mech";
     }
     static std::string pane() {
         return widget<QPlainTextEdit>("frmNRIdata.lblPROM")->toPlainText().toStdString();
@@ -108,6 +98,12 @@ inline std::string times(int count, const std::string& text) {
     std::string all;
     for (int i = 0; i < count; ++i) all += text;
     return all;
+}
+
+/// The model as the name of a test.
+inline std::string testName(std::string model) {
+    std::erase_if(model, [](char c) { return c == '-' || c == '/'; });
+    return "Model" + model;
 }
 
 inline const std::string kCodes = "010204081020010204081020";

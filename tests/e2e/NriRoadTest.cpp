@@ -1,7 +1,5 @@
 #include <QComboBox>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <algorithm>
 
 #include "NriRoad.h"
 
@@ -59,24 +57,6 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     expectCommandMode();
     expectLog();
 
-    // Opened from here, the utilities show what the mech holds now.
-    box.clearTranscript();
-    click("frmPROM.cmdPROMutilities");
-    ASSERT_TRUE(visible("frmNRIdata")) << last();
-    EXPECT_FALSE(visible("frmPROM") || visible("frmMain"));
-    EXPECT_TRUE(box.sentByPc().starts_with("JJ")) << box.sentByPc().substr(0, 20);
-    EXPECT_EQ(switches(), "JJ") << "the window's own W comes when it closes";
-    EXPECT_EQ(dump(road.model), fileText(expected));
-    EXPECT_EQ(label("frmNRIdata.lblmechType"), road.model);
-    const std::string first = padded(limits[0][0], 3) + " " + padded(limits[0][1], 3);
-    EXPECT_NE(pane().find("Coin 01      " + first), std::string::npos) << pane();
-    choose("frmNRIdata.cmbDisplay", "Other Information");
-    EXPECT_NE(pane().find("Last Adjustment:  09/03/26"), std::string::npos) << pane();
-    click("frmNRIdata.cmdBye");
-    ASSERT_TRUE(visible("frmPROM"));
-    EXPECT_FALSE(visible("frmNRIdata") || visible("frmMain"));
-    EXPECT_TRUE(enabled("frmPROM.cmdPROMutilities"));
-    expectCommandMode();
     click("frmPROM.cmdBack1");
     ASSERT_TRUE(visible("frmCoinMeasure1"));
     click("frmCoinMeasure1.cmdBack");
@@ -84,11 +64,8 @@ TEST_P(EveryNriModel, IsProgrammedFromItsCoinset) {
     EXPECT_TRUE(enabled("frmMain.cmdNRIprog") && enabled("frmMain.cmdNRIprom"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Nri, EveryNriModel, ::testing::ValuesIn(kNriCases), [](const auto& row) {
-    std::string name = "Model" + row.param.model;
-    std::erase_if(name, [](char c) { return c == '-' || c == '/'; });
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Nri, EveryNriModel, ::testing::ValuesIn(kNriCases),
+                         [](const auto& row) { return testName(row.param.model); });
 
 // --- what goes wrong -------------------------------------------------------------------------
 
@@ -107,15 +84,8 @@ TEST_P(NriFaults, ASilentMechIsToldWhereverItIsNeeded) {
     click("frmNRIdata.cmdBye");
     expectCommandMode();
 
-    technician.seen.clear();
-    openMeasurement();
-    runCoinset(fileStem(model) + "-Dorin.cst");
-    EXPECT_TRUE(technician.saw(told)) << last();
-    EXPECT_FALSE(technician.saw("Data Gathering Complete"));
-    EXPECT_FALSE(visible("frmPROM"));
-    expectCommandMode();
-
     box.clearFaults();
+    openMeasurement();
     runCoinset(fileStem(model) + "-Dorin.cst");
     ASSERT_TRUE(visible("frmPROM")) << last();
     const Blocks before = blocks();
@@ -168,11 +138,6 @@ TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     EXPECT_TRUE(technician.allExceptionsUsed());
     EXPECT_EQ(readFile(folder() / "nri.txt"), fileText(good));
 
-    // A mech that keeps a block: the window shows what the mech says.
-    box.addFault({.kind = Fault::Kind::stuckCell, .times = -1, .value = 26});
-    click("frmNRIdata.cmdProgramme");
-    EXPECT_NE(pane().find("CP1H = 001"), std::string::npos) << pane();
-    box.clearFaults();
     technician.seen.clear();
     technician.instead("Confirm overwrite Memory", QMessageBox::Cancel);
     letTheLineClear();
@@ -187,13 +152,30 @@ TEST_F(NriWindowRoad, ReadsShowsSavesAndProgrammesAMech) {
     EXPECT_EQ(blocks(), good);
     EXPECT_NE(pane().find("CP1H = 128"), std::string::npos) << pane();
 
-    technician.memoryFile = folder() / "nothing.txt";
-    click("frmNRIdata.cmdProgramme");
-    EXPECT_EQ(last(), "Error|Invalid Filename");
     windowNamed("frmNRIdata")->close();
-    EXPECT_FALSE(visible("frmNRIdata"));
-    EXPECT_TRUE(visible("frmMain"));
-    EXPECT_TRUE(enabled("frmMain.cmdNRIprom"));
+    EXPECT_TRUE(visible("frmMain") && enabled("frmMain.cmdNRIprom"));
+    expectCommandMode();
+}
+
+TEST_F(NriWindowRoad, FromTheLimitsWindowAndBack) {
+    openNri("G40-0000");
+    openMeasurement();
+    runCoinset("G40-0000-Dorin.cst");
+    ASSERT_TRUE(visible("frmPROM")) << last();
+    click("frmPROM.cmdProgPROM");
+    const Blocks programmed = blocks();
+    letTheLineClear();
+    box.clearTranscript();
+    click("frmPROM.cmdPROMutilities");
+    ASSERT_TRUE(visible("frmNRIdata")) << last();
+    EXPECT_FALSE(visible("frmPROM") || visible("frmMain"));
+    EXPECT_EQ(switches(), "JJ") << "the window's own W comes when it closes";
+    EXPECT_EQ(dump("G40-0000"), fileText(programmed)) << "what the mech holds now";
+    choose("frmNRIdata.cmbDisplay", "Other Information");
+    EXPECT_NE(pane().find("Last Adjustment:  09/03/26"), std::string::npos) << pane();
+    click("frmNRIdata.cmdBye");
+    EXPECT_TRUE(visible("frmPROM") && enabled("frmPROM.cmdPROMutilities"));
+    EXPECT_FALSE(visible("frmNRIdata") || visible("frmMain"));
     expectCommandMode();
 }
 
@@ -232,30 +214,7 @@ TEST_F(NriRoad, CloneCoinMechProgramsASavedMemoryFirst) {
 
 // --- the validator test ----------------------------------------------------------------------
 
-class NriTestRoad : public NriRoad {
-  protected:
-    void drop(const std::string& coin, int count) {
-        for (int i = 0; i < count; ++i) {
-            letTheLineClear();
-            ASSERT_TRUE(box.drop(coin));
-            loop.advance(std::chrono::milliseconds(200));
-        }
-    }
-    [[nodiscard]] static int count(int position) {
-        return std::stoi(label("frmValtest.lblCount_" + std::to_string(position)));
-    }
-    void leave() {
-        click("frmValtest.cmdBack");
-        EXPECT_FALSE(visible("frmValtest"));
-        EXPECT_TRUE(visible("frmMain"));
-        EXPECT_TRUE(enabled("frmMain.cmdNRIvaltest"));
-        EXPECT_FALSE(program->state().box.nriG10Mode);
-        expectCommandMode();
-        EXPECT_EQ(box.sentByPc().back(), 'W');
-    }
-};
-
-TEST_F(NriTestRoad, AG10SendsItsCoinsInSerialMode) {
+TEST_F(NriRoad, AG10SendsItsCoinsInSerialMode) {
     for (const char* model : {"G10-4000", "G10-4000/5"}) {
         SCOPED_TRACE(model);
         openNri(model);
@@ -267,42 +226,14 @@ TEST_F(NriTestRoad, AG10SendsItsCoinsInSerialMode) {
         drop("10 Pell", 10);
         EXPECT_GE(count(1), 8) << "channel 2";
         EXPECT_EQ(count(8) + count(9) + count(10) + count(11), count(1)) << "where they went";
-        leave();
+        click("frmValtest.cmdBack");
+        EXPECT_TRUE(visible("frmMain") && enabled("frmMain.cmdNRIvaltest"));
+        EXPECT_FALSE(program->state().box.nriG10Mode);
+        expectCommandMode();
+        EXPECT_EQ(box.sentByPc().back(), 'W');
         program.reset();
         technician.seen.clear();
     }
-}
-
-TEST_F(NriTestRoad, TheVariantsOfAG40) {
-    openNri("G40-0000");
-    click("frmMain.cmdNRIvaltest");
-    ASSERT_TRUE(visible("frmValtest")) << last();
-    auto* list = widget<QComboBox>("frmValtest.cmbG40");
-    EXPECT_TRUE(list->isVisible());
-    EXPECT_EQ(list->count(), 5);
-    EXPECT_TRUE(visible("frmValtest.lblCoin_5"));
-    drop("10 Pell", 10);
-    int all = 0;
-    for (int position = 0; position < 6; ++position) all += count(position);
-    EXPECT_GE(all, 8);
-    struct Variant {
-        const char* name;
-        bool six;  ///< positions, and no binary output
-        const char* sent;
-    };
-    for (const Variant& v : {Variant{"G40-x3xx", false, "C01"}, Variant{"G40-x4xx", false, "C08"},
-                             Variant{"G40-x5xx", true, "C08"}, Variant{"G40-x6xx", true, "C08"},
-                             Variant{"G40-x0xx", true, "C08"}}) {
-        SCOPED_TRACE(v.name);
-        letTheLineClear();
-        box.clearTranscript();
-        choose("frmValtest.cmbG40", v.name);
-        letTheLineClear();
-        EXPECT_EQ(visible("frmValtest.lblCoin_5"), v.six);
-        EXPECT_EQ(visible("frmValtest.optBinary"), !v.six);
-        EXPECT_TRUE(box.sentByPc().ends_with(v.sent)) << box.sentByPc();
-    }
-    leave();
 }
 
 }  // namespace

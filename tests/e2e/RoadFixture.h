@@ -29,8 +29,7 @@ class Road : public ProgramTest {
     }
     void openMeasurement() {
         click(programButton_);
-        ASSERT_TRUE(visible("frmCoinMeasure1"))
-            << (technician.seen.empty() ? "" : technician.seen.back());
+        ASSERT_TRUE(visible("frmCoinMeasure1")) << last();
     }
     /// The measurement window of a mech with a memory of its own, which logs what it measures.
     void openLoggedMeasurement() {
@@ -52,6 +51,25 @@ class Road : public ProgramTest {
     [[nodiscard]] std::string last() const {
         return technician.seen.empty() ? "" : technician.seen.back();
     }
+    /// What the program has just sent is still on its way.
+    void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
+    void expectCommandMode() {
+        letTheLineClear();
+        EXPECT_TRUE(program->idle());
+        EXPECT_FALSE(box.inSerialMode());
+        EXPECT_FALSE(visible("frmProgramming"));
+    }
+    /// Coins for the validator test.
+    void drop(const std::string& coin, int count = 1) {
+        for (int i = 0; i < count; ++i) {
+            letTheLineClear();
+            ASSERT_TRUE(box.drop(coin));
+            loop.advance(std::chrono::milliseconds(200));
+        }
+    }
+    [[nodiscard]] static int count(int position) {
+        return std::stoi(label("frmValtest.lblCount_" + std::to_string(position)));
+    }
     [[nodiscard]] std::vector<std::uint8_t> cells() const {
         const auto cells = box.promCells();
         return {cells.begin(), cells.end()};
@@ -62,6 +80,10 @@ class Road : public ProgramTest {
   private:
     std::string programButton_;
 };
+
+inline int shownLimit(int box) {
+    return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt();
+}
 
 using Limits = std::vector<std::vector<int>>;  ///< by channel: low and high per parameter
 
@@ -74,9 +96,7 @@ Limits shownLimits(const Case& road) {
         for (int row = 0; row < road.rowsOfSegment; ++row) {
             std::vector<int> limits;
             for (int i = 0; i < 2 * road.parameters; ++i) {
-                const int box = row * 2 * road.parameters + i;
-                limits.push_back(
-                    widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(box))->text().toInt());
+                limits.push_back(shownLimit(row * 2 * road.parameters + i));
             }
             all.push_back(limits);
         }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
 #include <ostream>
 
 #include "RoadFixture.h"
@@ -9,12 +8,6 @@ namespace vantor::test {
 namespace {
 
 using boxsim::PromKind;
-
-int shownLimit(int row, int column) {
-    return widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(row * 6 + column - 1))
-        ->text()
-        .toInt();
-}
 
 /// Writes a segment as the mech reads it, from what the window shows: an encoder of the test's
 /// own, so that a mistake in the program's shows.
@@ -28,7 +21,8 @@ void expectSegment(const std::vector<std::uint8_t>& cells, std::size_t base,
                                    static_cast<std::size_t>(36 * ((column - 1) / 2) + 6 * coin +
                                                             3 * ((column - 1) % 2));
             const int value = cells[at] + 16 * cells[at + 1] + 256 * cells[at + 2];
-            EXPECT_EQ(value, shownLimit(coin, column)) << "coin " << coin << " column " << column;
+            EXPECT_EQ(value, shownLimit(6 * coin + column - 1))
+                << "coin " << coin << " column " << column;
         }
     }
     std::string text;
@@ -62,7 +56,7 @@ TEST_P(EveryModel, IsProgrammedFromItsCoinset) {
     widget<QAbstractButton>("frmCoinMeasure1.chkLog")->setChecked(true);
     technician.log = folder() / "results.old.txt";
     runCoinset(road.coinset);
-    ASSERT_TRUE(visible("frmPROM")) << (technician.seen.empty() ? "" : technician.seen.back());
+    ASSERT_TRUE(visible("frmPROM")) << last();
     EXPECT_TRUE(technician.saw("Data Gathering Complete"));
     EXPECT_FALSE(technician.saw("Error"));
 
@@ -70,10 +64,7 @@ TEST_P(EveryModel, IsProgrammedFromItsCoinset) {
     click("frmPROM.cmdProgPROM");
     EXPECT_TRUE(technician.saw("Verify|Verify PROM OK"));
     expectSegment(cells(), road.base, road.reference);
-    EXPECT_TRUE(program->idle());
-    EXPECT_FALSE(box.inSerialMode());
-    loop.advance(std::chrono::milliseconds(10));
-    EXPECT_EQ(box.sentByPc().back(), 'W') << "the validator is switched back";
+    expectCommandMode();
 
     const std::string log = readFile(folder() / "results.csv").value_or("");
     EXPECT_NE(log.find("\"Idles\","), std::string::npos);

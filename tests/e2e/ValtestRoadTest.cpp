@@ -6,16 +6,6 @@ namespace {
 /// The validator test through the windows, on the simulated box.
 class ValtestRoad : public Road {
   protected:
-    void drop(const std::string& coin) {
-        letTheLineClear();
-        ASSERT_TRUE(box.drop(coin));
-        loop.advance(std::chrono::milliseconds(200));
-    }
-    /// What the program has just sent is still on its way.
-    void letTheLineClear() { loop.advance(std::chrono::milliseconds(10)); }
-    [[nodiscard]] static std::string count(int position) {
-        return label("frmValtest.lblCount_" + std::to_string(position));
-    }
     [[nodiscard]] static std::string colour(int position) {
         return widget("frmValtest.shpCoin_" + std::to_string(position))
             ->palette()
@@ -30,27 +20,23 @@ TEST_F(ValtestRoad, FromTheMainWindowAndBack) {
     click("frmMain.cmdValtest");
     ASSERT_TRUE(visible("frmValtest"));
     EXPECT_FALSE(visible("frmMain"));
-    EXPECT_EQ(label("frmValtest.lblCoin_6"), "Rejected");
-
     drop("10 Pell");
     EXPECT_EQ(colour(1), "#00ff00");
-    EXPECT_EQ(count(1), " 1");
+    EXPECT_EQ(count(1), 1);
     loop.advance(std::chrono::milliseconds(400));
     EXPECT_EQ(colour(1), "#e0e0e0");
     drop("Steel Washer");
     EXPECT_EQ(colour(6), "#ff0000");
-    EXPECT_EQ(count(6), " 1");
+    EXPECT_EQ(count(6), 1);
     EXPECT_EQ(sounds.played, (std::vector<std::filesystem::path>{"accept.wav", "reject.wav"}));
     click("frmValtest.cmdClearCount");
-    EXPECT_EQ(count(6), " 0");
+    EXPECT_EQ(count(6), 0);
 
     click("frmValtest.cmdBack");
     EXPECT_FALSE(visible("frmValtest"));
     EXPECT_TRUE(visible("frmMain"));
     EXPECT_TRUE(enabled("frmMain.cmdValtest"));
-    EXPECT_TRUE(program->idle());
-    letTheLineClear();
-    EXPECT_EQ(box.sentByPc().back(), 'W');
+    expectCommandMode();
     // Nobody looks any more, but the coin is still heard.
     drop("10 Pell");
     EXPECT_EQ(sounds.played.size(), 3U);
@@ -70,35 +56,11 @@ TEST_F(ValtestRoad, NothingOvertakesThePauseAfterAnMe181sCoin) {
     drop("1 Dorin");
     EXPECT_TRUE(pausing) << "the click came in the pause";
     EXPECT_TRUE(visible("frmValtest"));
-    EXPECT_EQ(count(4), " 1");
+    EXPECT_EQ(count(4), 1);
     EXPECT_EQ(box.sentByPc(), "C01C00");
     EXPECT_TRUE(program->idle());
     click("frmValtest.cmdBack");
     EXPECT_TRUE(visible("frmMain"));
-}
-
-TEST_F(ValtestRoad, ACoinControlsMechDrivesItsOutputsOneByOneOrAsACode) {
-    openMain("435", kCoinControls);
-    click("frmMain.cmdCCValTest");
-    ASSERT_TRUE(visible("frmValtest"));
-    EXPECT_TRUE(visible("frmValtest.frmOptions"));
-    EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
-    drop("50 Pell");
-    EXPECT_EQ(count(3), " 1");
-
-    click("frmValtest.optBinary");
-    EXPECT_TRUE(technician.saw("|Remove Programming Loom"));
-    EXPECT_EQ(label("frmValtest.lblCoin_15"), "Coin 16");
-    EXPECT_EQ(count(3), " 0");
-    drop("50 Pell");
-    EXPECT_EQ(colour(3), "#00ff00");
-    EXPECT_EQ(count(3), " 1");
-    click("frmValtest.optSingle");
-    drop("50 Pell");
-    EXPECT_EQ(count(3), " 1");
-    EXPECT_FALSE(visible("frmValtest.lblCoin_5"));
-    click("frmValtest.cmdBack");
-    EXPECT_TRUE(enabled("frmMain.cmdCCValTest"));
 }
 
 TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {
@@ -115,11 +77,11 @@ TEST_F(ValtestRoad, FromTheLimitsWindowAfterProgramming) {
     ASSERT_TRUE(visible("frmValtest"));
     EXPECT_FALSE(visible("frmPROM"));
     EXPECT_FALSE(enabled("frmPROM.cmdValtest"));
-    for (int i = 0; i < 20; ++i) drop("2 Dorin");
-    for (int i = 0; i < 20; ++i) drop("Lead Blank");
-    const int accepted = std::stoi(count(5));
+    drop("2 Dorin", 20);
+    drop("Lead Blank", 20);
+    const int accepted = count(5);
     EXPECT_GE(accepted, 15) << "the mech takes what it was programmed for";
-    EXPECT_EQ(std::stoi(count(6)), 40 - accepted);
+    EXPECT_EQ(count(6), 40 - accepted);
 
     click("frmValtest.cmdBack");
     EXPECT_TRUE(visible("frmPROM"));

@@ -59,9 +59,7 @@ class WizardRoad : public Road {
                 bool old = true;
                 for (int column = 1; column <= 6; ++column) {
                     const int at = 6 * coin + column - 1;
-                    const int shown =
-                        widget<QLineEdit>("frmPROM.txtProm_" + std::to_string(at))->text().toInt();
-                    old = old && shown == oldLimit(channel, column);
+                    old = old && shownLimit(at) == oldLimit(channel, column);
                 }
                 EXPECT_EQ(old, channel != measured) << channel;
             }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <vector>
 
 #include "limits/NormalTable.h"
@@ -22,12 +21,6 @@ TEST(NormalTable, InterpolatesAndEnds) {
           Case{-2.345F, 0.009575F}, Case{2.9F, 0.9981F}, Case{2.95F, 0.9981F}, Case{3.0F, 0.9981F},
           Case{-3.0F, 0.0019F}, Case{3.01F, 1.0F}, Case{-3.01F, 0.0F}, Case{1e30F, 1.0F}}) {
         EXPECT_NEAR(normalCdf(c.z), c.probability, kClose) << c.z;
-    }
-    for (const auto& [given, clamped, probability] :
-         {std::tuple{-4, 0, 0.5F}, std::tuple{10, 10, 0.8413F}, std::tuple{77, 29, 0.9981F}}) {
-        int index = given;
-        EXPECT_FLOAT_EQ(normalTable(index), probability);
-        EXPECT_EQ(index, clamped);
     }
 }
 

@@ -110,20 +110,6 @@ TEST(LimitsLayout, FollowsMechAndSegments) {
     }
 }
 
-TEST(LimitsSegment, ShowsItsOwnChannels) {
-    LimitsWorld world(kMars, "ME111");
-    world.state.limits.channelLimits[19][1] = 77;
-    world.review.selectSegment(3);
-    EXPECT_EQ(world.window.chosen, 3);
-    EXPECT_EQ(world.review.firstChannel(), 19);
-    EXPECT_EQ(world.window.heads[1], "Coin B4");
-    EXPECT_TRUE(world.window.firstRow().starts_with("77;0;"));
-    EXPECT_FALSE(world.state.limits.limitsEdited);
-    world.review.selectSegment(4);
-    EXPECT_TRUE(world.prompts.told("1239 Error Selecting PROM Segments : "));
-    EXPECT_EQ(world.state.limits.selectedSegment, 3);
-}
-
 TEST(LimitsEdits, AreClampedRoundedAndShownAsStored) {
     struct Case {
         std::string_view maker, model;
@@ -161,6 +147,9 @@ TEST(LimitsEdits, PendingOnesBelongToTheSegmentThatWasLeft) {
     EXPECT_EQ(world.state.limits.selectedSegment, 2);
     EXPECT_EQ((world.window.limits[{0, 1}]), "0");
     EXPECT_EQ(world.window.heads[0], "Coin A3");
+    world.review.selectSegment(4);
+    EXPECT_TRUE(world.prompts.told("1239 Error Selecting PROM Segments : "));
+    EXPECT_EQ(world.state.limits.selectedSegment, 2);
 }
 
 TEST(LimitsEdits, RestoreDropsThemAndRunsTheTransfer) {

@@ -58,14 +58,6 @@ TEST_F(TransferTest, SlugsAndBadChannelsBeyondTheListsAreToldAndLeftOut) {
     EXPECT_EQ(state.limits.channelLimits[24][1], 3);
 }
 
-TEST_F(TransferTest, TheLastRowCountsOnceItIsFilled) {
-    CoinTable table;
-    EXPECT_EQ(filledRows(table, 98), 98);
-    EXPECT_EQ(filledRows(table, 99), 99);
-    table.itemLimits[99][0] = 1;
-    EXPECT_EQ(filledRows(table, 99), 100);
-}
-
 TEST_F(TransferTest, TheTableNeverGrowsBeyondItsLastRow) {
     std::string records;
     for (int i = 0; i < 102; ++i) records += "S,w" + std::to_string(i) + ",1,0,9,0,9,0,9\r\n";
@@ -103,26 +95,15 @@ TEST_F(TransferTest, TheOldMemoryIsTakenOverOnlyWhereItIsNeeded) {
     EXPECT_EQ(family.called("read old"), 2);
 }
 
-TEST_F(TransferTest, TheLowestSelectedSegmentIsShownAndOneIsAlwaysSelected) {
-    struct Case {
-        int size;
-        std::array<bool, 4> selected;
-        int shown;
-    };
-    const Case cases[] = {
-        {1, {false, false, true, true}, 2},
-        {1, {false, true, true, false}, 1},
-        {1, {false, false, false, false}, 0},
-        {0, {false, false, true, false}, 0},  // a 1K PROM has no third segment
-    };
-    for (const Case& c : cases) {
-        flows.choosePromSize(c.size);
-        flows.chooseSegments(c.selected);
+TEST_F(TransferTest, OneSegmentIsAlwaysSelected) {
+    for (const int size : {0, 1}) {
+        flows.choosePromSize(size);
+        // A 1K PROM has no third segment.
+        flows.chooseSegments({false, false, size == 0, false});
         state.limits.limitsEdited = true;
         flows.PROMxfr();
-        EXPECT_EQ(limitsDisplay.chosen, c.shown);
-        EXPECT_EQ(state.limits.selectedSegment, c.shown);
-        EXPECT_TRUE(state.prom.segmentSelected[c.shown]);
+        EXPECT_EQ(limitsDisplay.chosen, 0);
+        EXPECT_TRUE(state.prom.segmentSelected[0]);
         EXPECT_FALSE(state.limits.limitsEdited || state.limits.changeFlag);
     }
     EXPECT_TRUE(prompts.asked.empty()) << "no edit is taken over by a transfer";

@@ -25,8 +25,6 @@ TEST(SessionOptions, KnowTheirWordsAndTheProgramsOwn) {
         bool virtualTime;
         std::string error;  ///< how it begins
     } cases[] = {
-        {{"a.vps"}, "a.vps", false, ""},
-        {{"-"}, "-", false, ""},
         {{"--simulate", "a.vps"}, "a.vps", false, ""},
         {{"--simulate", "ME181", "--virtual-time", "-"}, "-", true, ""},
         {{"--port", "3=/dev/ttyX", "--folder", "d", "a.vps"}, "a.vps", false, ""},
@@ -138,19 +136,6 @@ TEST_F(SessionTest, TheStatusSaysHowItWent) {
     EXPECT_EQ(playText("sleep\n"), kNotStarted);
     EXPECT_EQ(err.str(), "session.vps:1: 1 argument(s) wanted, 0 given: sleep MS\n");
     EXPECT_EQ(play("nothing-there.vps"), kNotStarted);
-}
-
-TEST_F(SessionTest, ABoxOfTheProgramThatNobodyForesawEndsTheRun) {
-    EXPECT_EQ(
-        playText("bench validator out\nclick frmMain.cmdMars\nawait-idle 60000\nprint frmMain"),
-        kNotAsExpected);
-    EXPECT_TRUE(said("did not foresee the box")) << out.str();
-    EXPECT_TRUE(said("Validator NOT DETECTED")) << out.str();
-    EXPECT_FALSE(said("4: print")) << out.str();
-    EXPECT_EQ(playText("bench validator out\nanswer ok 'NOT DETECTED'\nclick frmMain.cmdMars\n"
-                       "await-idle 60000\nexpect-enabled frmMain.cmdMars yes"),
-              kAllHeld)
-        << out.str();
 }
 
 TEST_F(SessionTest, TheBenchWorksByHand) {

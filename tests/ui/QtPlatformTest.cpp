@@ -30,7 +30,7 @@ TEST(QtEventLoopTest, CallsInTheOrderOfTheirTimesAndForgetsCancelledOnes) {
         // A machine that stalls while the calls are placed puts their times in another order.
         for (const auto call : calls) loop.cancel(call);
         begun = loop.now();
-        calls = {loop.callAfter(milliseconds(4), note('d')),
+        calls = {loop.callAfter(Micros(4300), note('d')),
                  loop.callAfter(milliseconds(2), note('b')),
                  loop.callAfter(milliseconds(1), note('x')), loop.callAfter(Micros(-5), note('a')),
                  loop.callAfter(milliseconds(3), note('c'))};
@@ -39,17 +39,7 @@ TEST(QtEventLoopTest, CallsInTheOrderOfTheirTimesAndForgetsCancelledOnes) {
     loop.cancel(calls[2] + 1000);
     while (order.size() < 4) loop.pump();
     EXPECT_EQ(order, "abcd");
-    EXPECT_GE(loop.now() - begun, milliseconds(4));
-}
-
-TEST(QtEventLoopTest, NeverCallsEarly) {
-    QtEventLoop loop;
-    const Micros delay(2300);
-    const Micros begun = loop.now();
-    bool called = false;
-    loop.callAfter(delay, [&] { called = true; });
-    while (!called) loop.pump();
-    EXPECT_GE(loop.now() - begun, delay);
+    EXPECT_GE(loop.now() - begun, Micros(4300)) << "called early";
 }
 
 TEST(QtEventLoopTest, ACallThatWaitsLeavesTheOthersGoingAndNothingEscapes) {
@@ -80,6 +70,11 @@ class QtPromptsTest : public ::testing::Test {
     QtPromptsTest() {
         loop.setCompanion([] { QCoreApplication::processEvents(); });
         prompts.setEnding([this] { return ending; });
+    }
+    /// Acts once the box or dialog of this name is open.
+    void whenOpen(const std::string& name, std::function<void()> act) {
+        hands.when(
+            name, [name] { return windowNamed(name) != nullptr; }, std::move(act));
         hands.start(std::chrono::minutes(1), [this] { ending = true; });
     }
     VirtualEventLoop loop;
@@ -109,18 +104,15 @@ TEST_F(QtPromptsTest, KeysAndTheFrameAnswerAsPromised) {
         {PromptButtons::yesNoCancel, 0, Answer::no},
     };
     for (const AnswerCase& row : cases) {
-        hands.when(
-            "the box", [] { return box("question") != nullptr; },
-            [&row] {
-                QMessageBox* open = box("question");
-                if (row.key == 0) {
-                    open->close();
-                } else {
-                    pressKey(open, row.key);
-                }
-                if (row.expected == Answer::no) press(open, QMessageBox::No);
-            });
-        hands.start(std::chrono::minutes(1), [this] { ending = true; });
+        whenOpen("prompt", [&row] {
+            QMessageBox* open = box("question");
+            if (row.key == 0) {
+                open->close();
+            } else {
+                pressKey(open, row.key);
+            }
+            if (row.expected == Answer::no) press(open, QMessageBox::No);
+        });
         const Answer answer =
             prompts.ask({.title = "T", .text = "question", .buttons = row.buttons});
         EXPECT_EQ(static_cast<int>(answer), static_cast<int>(row.expected))
@@ -129,15 +121,13 @@ TEST_F(QtPromptsTest, KeysAndTheFrameAnswerAsPromised) {
 }
 
 TEST_F(QtPromptsTest, TextIsShownAsItIs) {
-    hands.when(
-        "the box", [] { return box("<b>") != nullptr; },
-        [] {
-            QMessageBox* open = box("<b>");
-            EXPECT_EQ(open->text().toStdString(), "<b>R&D</b> \xC3\xB1\nsecond");
-            EXPECT_EQ(open->textFormat(), Qt::PlainText);
-            EXPECT_EQ(open->icon(), QMessageBox::Warning);
-            press(open, QMessageBox::No);
-        });
+    whenOpen("prompt", [] {
+        QMessageBox* open = box("<b>");
+        EXPECT_EQ(open->text().toStdString(), "<b>R&D</b> \xC3\xB1\nsecond");
+        EXPECT_EQ(open->textFormat(), Qt::PlainText);
+        EXPECT_EQ(open->icon(), QMessageBox::Warning);
+        press(open, QMessageBox::No);
+    });
     EXPECT_EQ(prompts.ask({.title = "T",
                            .text = "<b>R&D</b> \xF1\r\nsecond",
                            .icon = PromptIcon::exclamation,
@@ -145,37 +135,13 @@ TEST_F(QtPromptsTest, TextIsShownAsItIs) {
               Answer::no);
 }
 
-TEST_F(QtPromptsTest, ButtonsFollowTheLanguageWhereItHasWords) {
-    prompts.setCaptions([](Answer answer) {
-        return std::string(answer == Answer::cancel ? "R\xFC"
-                                                      "ck & weg"
-                                                    : "");
-    });
-    hands.when(
-        "the box", [] { return box("question") != nullptr; },
-        [] {
-            QMessageBox* open = box("question");
-            EXPECT_EQ(open->button(QMessageBox::Cancel)->text().toStdString(),
-                      "R\xC3\xBC"
-                      "ck && weg");
-            EXPECT_EQ(open->button(QMessageBox::Ok)->text().remove(u'&'), u"OK");
-            press(open, QMessageBox::Cancel);
-        });
-    EXPECT_EQ(prompts.ask({.title = "T", .text = "question", .buttons = PromptButtons::okCancel}),
-              Answer::cancel);
-}
-
 TEST_F(QtPromptsTest, AnEndingProgramClosesBoxesAndFileDialogs) {
-    const auto endWith = [this](const char* name) {
-        ending = false;
-        hands.when(
-            name, [name] { return windowNamed(name) != nullptr; }, [this] { ending = true; });
-        hands.start(std::chrono::minutes(1), [this] { ending = true; });
-    };
-    endWith("prompt");
+    const auto end = [this] { ending = true; };
+    whenOpen("prompt", end);
     EXPECT_THROW(prompts.ask({.title = "T", .text = "question"}), ProgramEnded);
     EXPECT_EQ(windowNamed("prompt"), nullptr);
-    endWith("filePrompt");
+    ending = false;
+    whenOpen("filePrompt", end);
     EXPECT_THROW(prompts.askFile({.title = "T", .pattern = "*.cst", .startFolder = "/"}),
                  ProgramEnded);
     EXPECT_EQ(windowNamed("filePrompt"), nullptr);
@@ -204,23 +170,17 @@ TEST_F(QtPromptsTest, FileDialogsNeverAskAboutTheFileThemselves) {
     QTemporaryDir directory;
     const std::filesystem::path folder = directory.path().toStdString();
     for (const bool saving : {false, true}) {
-        hands.when(
-            "the dialog", [] { return windowNamed("filePrompt") != nullptr; },
-            [&] {
-                auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
-                ASSERT_NE(dialog, nullptr);
-                dialog->findChild<QLineEdit*>()->setText(QStringLiteral("not there.cst"));
-                QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
-            });
-        hands.start(std::chrono::minutes(1), [this] { ending = true; });
+        whenOpen("filePrompt", [] {
+            auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
+            ASSERT_NE(dialog, nullptr);
+            dialog->findChild<QLineEdit*>()->setText(QStringLiteral("not there.cst"));
+            QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
+        });
         const auto chosen = prompts.askFile(
             {.title = "Open", .pattern = "*.cst", .startFolder = folder, .saving = saving});
         EXPECT_EQ(chosen, folder / "not there.cst");
     }
-    hands.when(
-        "the dialog", [] { return windowNamed("filePrompt") != nullptr; },
-        [] { pressKey(windowNamed("filePrompt"), Qt::Key_Escape); });
-    hands.start(std::chrono::minutes(1), [this] { ending = true; });
+    whenOpen("filePrompt", [] { pressKey(windowNamed("filePrompt"), Qt::Key_Escape); });
     EXPECT_EQ(prompts.askFile({.title = "Open", .pattern = "*.cst", .startFolder = folder}),
               std::nullopt);
 }
@@ -229,14 +189,11 @@ TEST_F(QtPromptsTest, AMissingFolderIsNotProposedAsTheNameOfAFile) {
     QTemporaryDir directory;
     const std::filesystem::path folder = directory.path().toStdString();
     QString proposed = QStringLiteral("none");
-    hands.when(
-        "the dialog", [] { return windowNamed("filePrompt") != nullptr; },
-        [&] {
-            auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
-            proposed = dialog->findChild<QLineEdit*>()->text() + dialog->directory().path();
-            dialog->reject();
-        });
-    hands.start(std::chrono::minutes(1), [this] { ending = true; });
+    whenOpen("filePrompt", [&] {
+        auto* dialog = dynamic_cast<QFileDialog*>(windowNamed("filePrompt"));
+        proposed = dialog->findChild<QLineEdit*>()->text() + dialog->directory().path();
+        dialog->reject();
+    });
     (void)prompts.askFile(
         {.title = "Save", .pattern = "*.csv", .startFolder = folder / "CoinSets", .saving = true});
     EXPECT_EQ(proposed.toStdString(), folder.string());

@@ -113,24 +113,18 @@ TEST_F(QtSerialPortTest, APulledAdapterFailsOnceAndKeepsQuiet) {
     port.close();
 }
 
-TEST_F(QtSerialPortTest, SaysWhyAPortDoesNotOpen) {
-    const SerialPort::OpenResult unassigned = port.open(30);
-    EXPECT_FALSE(unassigned.open);
-    EXPECT_NE(unassigned.reason, "");
-    map.assign(10, "/dev/vantor-no-such-port");
-    const SerialPort::OpenResult missing = port.open(10);
-    EXPECT_FALSE(missing.open);
-    EXPECT_NE(missing.reason, "");
-    EXPECT_FALSE(port.isOpen());
-}
-
-TEST_F(QtSerialPortTest, TheDirectorySeesAnAssignedDevice) {
+TEST_F(QtSerialPortTest, SaysWhyAPortDoesNotOpenAndWhichDevicesAreThere) {
     const QtPortDirectory directory(map);
     EXPECT_TRUE(directory.describe(9).present);
     EXPECT_EQ(directory.describe(9).device, map.device(9));
+    EXPECT_EQ(directory.describe(30).device, "");
     map.assign(10, "/dev/vantor-no-such-port");
     EXPECT_FALSE(directory.describe(10).present);
-    EXPECT_EQ(directory.describe(30).device, "");
+    for (const int number : {10, 30}) {
+        const SerialPort::OpenResult result = port.open(number);
+        EXPECT_FALSE(result.open || port.isOpen()) << number;
+        EXPECT_NE(result.reason, "") << number;
+    }
 }
 
 }  // namespace

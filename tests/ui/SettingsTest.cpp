@@ -26,17 +26,12 @@ struct StoredCase {
 
 TEST(ConfigurationTest, ReadsWhatIsThereAndDefaultsTheRest) {
     const std::vector<StoredCase> cases = {
-        {"whole", "\" 3\",\"Deutsch\",\" 0\",\" 0\",\"\"\r\n", {3, "Deutsch", " 0", " 0"}},
         {"highest port", "\" 30\",\"English\",\" 1\",\"-2\",\"\"\r\n", {30, "English", " 1", "-2"}},
         {"port 31", "\" 31\",\"English\",\" 0\",\" 0\"\r\n", {1, "English", " 0", " 0"}},
         {"port 0", "\" 0\",\"Francais\",\" 0\",\" 0\"\r\n", {1, "Francais", " 0", " 0"}},
         {"port beyond any integer", "\"99999999999\",\"English\"", {1, "English", " 0", " 0"}},
         {"no number", "\"COM3\",\"English\",\"\",\"\"\n", {1, "English", "", ""}},
         {"unknown language", "\" 2\",\"Klingon\",\" 0\",\" 0\"\n", {2, "English", " 0", " 0"}},
-        {"commas inside quotes",
-         "\" 2\",\"English\",\"a,b\",\" 0\"\n",
-         {2, "English", "a,b", " 0"}},
-        {"Windows-1252", "\" 4\",\"Espa\xF1ol\",\" 0\",\" 0\",\"\"\r\n", {4, kSpanish, " 0", " 0"}},
         {"UTF-8", "\" 4\",\"Espa\xC3\xB1ol\",\" 0\",\" 0\",\"\"\n", {4, kSpanish, " 0", " 0"}},
         {"no quotes", "5,Deutsch,x,y", {5, "Deutsch", "x", "y"}},
         {"empty", "", {1, "English", " 0", " 0"}},
@@ -61,6 +56,7 @@ TEST(ConfigurationTest, WritesOneLineThatReadsBack) {
 
 TEST(PortMapTest, KnowsTheUsualDevicesOfEachSystem) {
     const PortMap linux(PortMap::System::unixLike);
+    // The first and the last of each kind.
     const std::vector<std::pair<int, std::string>> usual = {{1, "/dev/ttyS0"},
                                                             {4, "/dev/ttyS3"},
                                                             {5, "/dev/ttyUSB0"},
@@ -68,7 +64,6 @@ TEST(PortMapTest, KnowsTheUsualDevicesOfEachSystem) {
                                                             {13, "/dev/ttyACM0"},
                                                             {20, "/dev/ttyACM7"},
                                                             {21, ""},
-                                                            {30, ""},
                                                             {0, ""},
                                                             {31, ""}};
     for (const auto& [number, device] : usual) EXPECT_EQ(linux.device(number), device) << number;
@@ -154,20 +149,16 @@ class FolderTest : public ::testing::Test {
 };
 
 TEST_F(FolderTest, PrefersTheGivenThenTheWritableThenThePerUserOne) {
-    const FolderPlaces places{.besideProgram = make("program"),
-                              .installedData = root / "none",
-                              .perUser = root / "user",
-                              .given = root / "given"};
+    FolderPlaces places{.besideProgram = make("program"),
+                        .installedData = root / "none",
+                        .perUser = root / "user",
+                        .given = root / "given"};
     EXPECT_EQ(chooseProgramFolder(places), root / "given");
     EXPECT_TRUE(fs::is_directory(root / "given"));
-
-    FolderPlaces portable = places;
-    portable.given.reset();
-    EXPECT_EQ(chooseProgramFolder(portable), root / "program");
-
-    FolderPlaces unwritable = portable;
-    unwritable.besideProgram = root / "not there";
-    EXPECT_EQ(chooseProgramFolder(unwritable), root / "user");
+    places.given.reset();
+    EXPECT_EQ(chooseProgramFolder(places), root / "program");
+    places.besideProgram = root / "not there";
+    EXPECT_EQ(chooseProgramFolder(places), root / "user");
     EXPECT_TRUE(fs::is_directory(root / "user"));
 }
 

@@ -59,10 +59,5 @@ TEST_F(EepromWindow, ShowsEveryViewOfEveryModelWhole) {
     });
 }
 
-TEST_F(EepromWindow, ThePaneCanBeCopiedAndNotTypedInto) {
-    open("335");
-    expectReadOnly(QStringLiteral("  00 0000 0101 0202 "));
-}
-
 }  // namespace
 }  // namespace vantor::test

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QClipboard>
 #include <QComboBox>
 #include <QFontMetricsF>
 #include <QPlainTextEdit>
@@ -49,17 +48,6 @@ class MemoryWindowTest : public testing::Test {
         EXPECT_FALSE(window_->isVisible());
         EXPECT_EQ(pane()->toPlainText(), QString());
         EXPECT_EQ(W::label(*window_, "lblmechType"), "");
-    }
-    /// A pane that begins so can be copied and not typed into.
-    void expectReadOnly(const QString& beginning) {
-        const QString before = pane()->toPlainText();
-        ASSERT_TRUE(before.startsWith(beginning)) << before.toStdString();
-        W::type(pane(), QStringLiteral("x"));
-        EXPECT_EQ(pane()->toPlainText(), before);
-        pane()->selectAll();
-        pane()->copy();
-        EXPECT_EQ(QApplication::clipboard()->text(), before);
-        w.actions.run(1, [this] { EXPECT_TRUE(pane()->isEnabled()) << "while a mech is read"; });
     }
 
     WindowsWorld w;

@@ -1,3 +1,5 @@
+#include <QClipboard>
+
 #include "MemoryWindow.h"
 #include "mars/PromUtilities.h"
 #include "mars/frmPROMdata.h"
@@ -72,7 +74,14 @@ TEST_F(PromWindow, HeadingsAreThoseOfTheirOwnPane) {
 
 TEST_F(PromWindow, ThePanesCanBeCopiedAndNotTypedInto) {
     open("ME111", 0);
-    expectReadOnly(QStringLiteral("00 0 2 4 7 9 B E 0 2 5 7 9 C E 0 3 \n10 "));
+    const QString before = pane()->toPlainText();
+    ASSERT_TRUE(before.startsWith(u"00 0 2 4 7 9 B E 0 2 5 7 9 C E 0 3 \n10 "));
+    W::type(pane(), QStringLiteral("x"));
+    EXPECT_EQ(pane()->toPlainText(), before);
+    pane()->selectAll();
+    pane()->copy();
+    EXPECT_EQ(QApplication::clipboard()->text(), before);
+    w.actions.run(1, [this] { EXPECT_TRUE(pane()->isEnabled()) << "while a mech is read"; });
 }
 
 }  // namespace
