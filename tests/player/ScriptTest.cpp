@@ -38,6 +38,7 @@ TEST(SplitWords, NamesWhatIsUnfinished) {
         std::string line;
         std::string problem;
     } cases[] = {
+        {"a 'b", "a ' is not closed"},
         {"a \"b\\\"", "a \" is not closed"},
         {"a $'b\\", "a $' is not closed"},
         {"a $'b\\x'", "an unknown \\ in $'...'"},
