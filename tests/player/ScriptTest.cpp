@@ -38,10 +38,8 @@ TEST(SplitWords, NamesWhatIsUnfinished) {
         std::string line;
         std::string problem;
     } cases[] = {
-        {"a 'b", "a ' is not closed"},
-        {"a \"b\\\"", "a \" is not closed"},
-        {"a $'b\\", "a $' is not closed"},
-        {"a $'b\\x'", "an unknown \\ in $'...'"},
+        {"a 'b", "a ' is not closed"},           {"a \"b\\\"", "a \" is not closed"},
+        {"a $'b\\", "a $' is not closed"},       {"a $'b\\x'", "an unknown \\ in $'...'"},
         {"a\\", "the line ends in a backslash"},
     };
     for (const auto& c : cases) {
